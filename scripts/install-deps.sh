@@ -1,0 +1,76 @@
+#!/usr/bin/env bash
+# Install the Debian packages that CITRANS is built, tested or measured with.
+#
+#   scripts/install-deps.sh [build|test|coverage]...      (default: build)
+#
+# build     cmake, ninja and g++: enough for the program
+# test      build, clang with its tools and sanitizers, GoogleTest, mandoc
+# coverage  test and gcovr
+#
+# Installs only what is missing, and says nothing and needs no network when nothing is. Works as
+# root or through sudo. Away from Debian it names what is missing and ends with status 1.
+set -euo pipefail
+
+build_needs="cmake ninja-build g++"
+test_needs="$build_needs clang libclang-rt-dev clang-tidy clang-format libgtest-dev mandoc"
+coverage_needs="$test_needs gcovr"
+
+wanted=""
+for name in "${@:-build}"; do
+  case "$name" in
+    build) wanted="$wanted $build_needs" ;;
+    test) wanted="$wanted $test_needs" ;;
+    coverage) wanted="$wanted $coverage_needs" ;;
+    *)
+      echo "install-deps.sh: no set named '$name': build, test or coverage" >&2
+      exit 2
+      ;;
+  esac
+done
+
+# A tool counts as there when it can be called, whoever installed it; a library when its package
+# is installed or its files are in place.
+is_there() {
+  case "$1" in
+    ninja-build) command -v ninja ;;
+    clang) command -v clang++ ;;
+    libclang-rt-dev) compgen -G '/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-*.a' ;;
+    libgtest-dev) test -e /usr/include/gtest/gtest.h -o -e /usr/local/include/gtest/gtest.h ;;
+    *) command -v "$1" ;;
+  esac >/dev/null 2>&1
+}
+
+missing=()
+for package in $wanted; do
+  if ! is_there "$package" && [[ " ${missing[*]-} " != *" $package "* ]]; then
+    missing+=("$package")
+  fi
+done
+if [[ ${#missing[@]} -eq 0 ]]; then
+  exit 0
+fi
+
+if ! command -v apt-get >/dev/null 2>&1; then
+  echo "install-deps.sh: please install ${missing[*]} (no apt-get here)" >&2
+  exit 1
+fi
+as_root=()
+if [[ "$(id -u)" -ne 0 ]]; then
+  if ! command -v sudo >/dev/null 2>&1; then
+    echo "install-deps.sh: please install as root: apt-get install ${missing[*]}" >&2
+    exit 1
+  fi
+  as_root=(sudo)
+fi
+
+echo "Installing ${missing[*]} ..."
+log="$(mktemp)"
+trap 'rm -f "$log"' EXIT
+apt() {
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q "$@" </dev/null >>"$log" 2>&1
+}
+if ! { apt update; apt install -y --no-install-recommends "${missing[@]}"; }; then
+  cat "$log" >&2
+  echo "install-deps.sh: could not install ${missing[*]}" >&2
+  exit 1
+fi

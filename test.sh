@@ -1,0 +1,147 @@
+#!/usr/bin/env bash
+# Build and check everything: the gate that every change passes.
+#
+#   ./test.sh              all stages
+#   ./test.sh --quick      format, scripts, manual pages, and the g++ build with its tests
+#   ./test.sh --coverage   all stages, then line and branch coverage of the tests
+#
+# Installs what is missing first (Debian packages; nothing is fetched when all is there). Each
+# stage is named, timed and counted as one check, and each test that ctest runs as one more. What
+# a stage says goes to build/test-logs/ and is shown when the stage fails. The last line is the
+# sum; the exit status is 0 when nothing failed.
+set -euo pipefail
+cd "$(dirname "$0")"
+
+quick=no
+coverage=no
+for option in "$@"; do
+  case "$option" in
+    --quick) quick=yes ;;
+    --coverage) coverage=yes ;;
+    *)
+      echo "usage: ./test.sh [--quick] [--coverage]" >&2
+      exit 2
+      ;;
+  esac
+done
+
+cores="$(nproc 2>/dev/null || echo 2)"
+logs=build/test-logs
+mkdir -p "$logs"
+passed=0
+failed=0
+failed_stages=()
+
+# Add the tests that ctest reported in a log to the sums, and show its closing line.
+count_tests() {
+  local closing
+  closing="$(grep -E '^[0-9]+% tests passed, [0-9]+ tests? failed out of [0-9]+' "$1" | tail -n 1)" \
+    || return 0
+  if [[ "$closing" =~ ([0-9]+)\ tests?\ failed\ out\ of\ ([0-9]+) ]]; then
+    failed=$((failed + BASH_REMATCH[1]))
+    passed=$((passed + BASH_REMATCH[2] - BASH_REMATCH[1]))
+    echo "          $closing"
+  fi
+}
+
+# stage NAME COMMAND...: run one stage into its log; a failure is shown and counted, and the
+# stages after it still run.
+stage() {
+  local name="$1" log status=0 start=$SECONDS
+  shift
+  log="$logs/$name.log"
+  "$@" >"$log" 2>&1 || status=$?
+  if [[ $status -eq 0 ]]; then
+    passed=$((passed + 1))
+    printf '%-9s %-10s %4d s\n' passed "$name" $((SECONDS - start))
+  else
+    failed=$((failed + 1))
+    failed_stages+=("$name")
+    printf '%-9s %-10s %4d s   the end of %s:\n' FAILED "$name" $((SECONDS - start)) "$log"
+    tail -n 120 "$log" | sed 's/^/    /'
+  fi
+  count_tests "$log"
+}
+
+sources() {
+  local folder
+  for folder in app table shifts predict structure tests fuzz bench tools; do
+    if [[ -d "$folder" ]]; then
+      find "$folder" -type f \( -name '*.cpp' -o -name '*.h' \) -print0
+    fi
+  done
+}
+
+check_format() {
+  sources | xargs -0 -r clang-format --dry-run -Werror
+}
+
+check_scripts() {
+  local script status=0
+  for script in demo.sh test.sh .ci/run scripts/*.sh; do
+    bash -n "$script" || status=1
+  done
+  return $status
+}
+
+check_manuals() {
+  mandoc -T lint -W warning docs/man/*.[1-9]
+}
+
+# The commands are joined by hand, since errexit does not act inside a stage.
+build() {
+  cmake --preset "$1" || return 1
+  cmake --build --preset "$1" --parallel "$cores"
+}
+
+build_and_test() {
+  build "$1" || return 1
+  ctest --preset "$1" --no-tests=error --parallel "$cores"
+}
+
+build_and_compare_listing() {
+  build release || return 1
+  scripts/readme-listing.sh --check
+}
+
+show_coverage() {
+  find build/coverage -name '*.gcda' -delete 2>/dev/null || true
+  build_and_test coverage || return 1
+  gcovr --root . --object-directory build/coverage --exclude-throw-branches \
+    --filter app/ --filter table/ --filter shifts/ --filter predict/ --filter structure/ \
+    --print-summary
+}
+
+export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_stack_use_after_return=1}"
+export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1}"
+unset CITRANS_DIR
+
+if [[ $coverage == yes ]]; then
+  scripts/install-deps.sh coverage
+else
+  scripts/install-deps.sh test
+fi
+
+stage format check_format
+stage scripts check_scripts
+stage manuals check_manuals
+stage dev build_and_test dev
+if [[ $quick == no ]]; then
+  stage clang build_and_test clang
+  stage sanitize build_and_test sanitize
+  stage release build_and_compare_listing
+  stage tidy build tidy
+fi
+if [[ $coverage == yes ]]; then
+  stage coverage show_coverage
+  grep -E '^(lines|branches|functions): ' "$logs/coverage.log" || true
+fi
+
+echo
+if [[ ${#failed_stages[@]} -gt 0 ]]; then
+  echo "Failed stages: ${failed_stages[*]}   (logs in $logs)"
+fi
+echo "$passed passed, $failed failed"
+if [[ $failed -gt 0 ]]; then
+  exit 1
+fi
