@@ -1,0 +1,190 @@
+#include "table/cell_format.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "table/gdb.h"
+#include "table/number.h"
+
+namespace {
+
+constexpr int largestNumber = 9999;
+/// A decimal of so many digits survives the way through a double and back unchanged.
+constexpr std::size_t maxExactDigits = 15;
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+/// `format` is one checked conversion for a value of this type.
+template <class Value>
+void appendPrintf(std::string& out, const char* format, Value value) {
+  const int size = std::snprintf(nullptr, 0, format, value);
+  if (size <= 0) {
+    return;
+  }
+  const std::size_t before = out.size();
+  out.resize(before + static_cast<std::size_t>(size) + 1);
+  std::snprintf(&out[before], static_cast<std::size_t>(size) + 1, format, value);
+  out.resize(before + static_cast<std::size_t>(size));
+}
+#pragma GCC diagnostic pop
+
+/// Takes the digits at `at`; -1 when there are none.
+int takeNumber(const std::string& text, std::size_t& at) {
+  int number = -1;
+  for (; at < text.size() && GDB::isDigit(text[at]); ++at) {
+    number = std::min(std::max(number, 0) * 10 + (text[at] - '0'), largestNumber);
+  }
+  return number;
+}
+
+/// A copy with every run of digits cut to `largestNumber`; leading zeros stay, they are a flag.
+std::string withShortNumbers(const std::string& conversion) {
+  std::string cut;
+  for (std::size_t at = 0; at < conversion.size();) {
+    if (conversion[at] == '0' || !GDB::isDigit(conversion[at])) {
+      cut += conversion[at++];
+    } else {
+      cut += std::to_string(takeNumber(conversion, at));
+    }
+  }
+  return cut;
+}
+
+/// A plain decimal such as -12.345, taken apart.
+struct Decimal {
+  bool negative = false;
+  std::string_view whole;
+  std::string_view fraction;
+};
+
+bool allDigits(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return GDB::isDigit(c); });
+}
+
+bool readDecimal(std::string_view text, Decimal& decimal) {
+  decimal.negative = !text.empty() && text.front() == '-';
+  text.remove_prefix(decimal.negative ? 1 : 0);
+  const std::size_t point = std::min(text.find('.'), text.size());
+  decimal.whole = text.substr(0, point);
+  decimal.fraction = text.substr(std::min(point + 1, text.size()));
+  while (!decimal.whole.empty() && decimal.whole.front() == '0') {
+    decimal.whole.remove_prefix(1);
+  }
+  return text.size() > (point < text.size() ? 1U : 0U) && allDigits(decimal.whole) &&
+         allDigits(decimal.fraction);
+}
+
+/// The decimal with exactly `precision` digits after the point, as printf would print its double.
+/// False when that would take rounding or more digits than a double holds.
+bool writeExact(const Decimal& decimal, std::size_t precision, std::string& out) {
+  if (decimal.fraction.size() > precision || decimal.whole.size() + precision > maxExactDigits) {
+    return false;
+  }
+  out.assign(decimal.negative ? "-" : "");
+  out += decimal.whole.empty() ? std::string_view("0") : decimal.whole;
+  if (precision > 0) {
+    out += '.';
+    out += decimal.fraction;
+    out.append(precision - decimal.fraction.size(), '0');
+  }
+  return true;
+}
+
+} // namespace
+
+CellFormat::CellFormat(const std::string& piece) {
+  if (GDB::contains(piece, 's') == 1) {
+    kind_ = Kind::text;
+  } else if (GDB::contains(piece, 'd') == 1) {
+    kind_ = Kind::integer;
+  } else if (GDB::contains(piece, 'f') == 1) {
+    kind_ = Kind::fixed;
+  } else {
+    return;
+  }
+  const std::size_t start = piece.find('%');
+  const std::size_t end = piece.find_last_of("sdf") + 1;
+  before_ = piece.substr(0, start);
+  after_ = piece.substr(end);
+  printf_ = withShortNumbers(piece.substr(start, end - start));
+  readFlags(printf_);
+}
+
+void CellFormat::readFlags(const std::string& conversion) {
+  std::size_t at = 1;
+  left_ = conversion[at] == '-';
+  at += left_ ? 1 : 0;
+  const bool zeroFlag = conversion[at] == '0';
+  width_ = std::max(takeNumber(conversion, at), 0);
+  if (conversion[at] == '.') {
+    ++at;
+    precision_ = std::max(takeNumber(conversion, at), 0);
+  }
+  plain_ = !zeroFlag && at + 1 == conversion.size();
+}
+
+void CellFormat::append(std::string& out, std::string_view cell) const {
+  if (kind_ == Kind::none) {
+    return;
+  }
+  out += before_;
+  switch (kind_) {
+  case Kind::text:
+    appendText(out, cell);
+    break;
+  case Kind::integer:
+    appendInteger(out, cell);
+    break;
+  case Kind::fixed:
+    appendFixed(out, cell);
+    break;
+  case Kind::none:
+    break;
+  }
+  out += after_;
+}
+
+void CellFormat::appendText(std::string& out, std::string_view cell) const {
+  // As in printf, a text ends at its first NUL byte.
+  const std::string_view text = cell.substr(0, cell.find('\0'));
+  if (plain_) {
+    appendPadded(out, precision_ < 0 ? text : text.substr(0, static_cast<std::size_t>(precision_)));
+  } else {
+    appendPrintf(out, printf_.c_str(), std::string(text).c_str());
+  }
+}
+
+void CellFormat::appendInteger(std::string& out, std::string_view cell) const {
+  const int value = parseInt(cell);
+  if (plain_ && precision_ < 0) {
+    char digits[16];
+    const int size = std::snprintf(digits, sizeof digits, "%d", value);
+    appendPadded(out, {digits, static_cast<std::size_t>(size)});
+  } else {
+    appendPrintf(out, printf_.c_str(), value);
+  }
+}
+
+void CellFormat::appendFixed(std::string& out, std::string_view cell) const {
+  Decimal decimal;
+  if (plain_ && precision_ >= 0 && readDecimal(cell, decimal)) {
+    std::string text;
+    if (writeExact(decimal, static_cast<std::size_t>(precision_), text)) {
+      appendPadded(out, text);
+      return;
+    }
+  }
+  appendPrintf(out, printf_.c_str(), parseDouble(cell));
+}
+
+void CellFormat::appendPadded(std::string& out, std::string_view text) const {
+  const std::size_t width = static_cast<std::size_t>(width_);
+  const std::size_t padding = width > text.size() ? width - text.size() : 0;
+  if (!left_) {
+    out.append(padding, ' ');
+  }
+  out += text;
+  if (left_) {
+    out.append(padding, ' ');
+  }
+}

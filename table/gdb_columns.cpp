@@ -1,0 +1,153 @@
+#include <algorithm>
+#include <cstdio>
+
+#include "table/gdb.h"
+#include "table/run_end.h"
+
+namespace {
+
+struct PresetClass {
+  const char* name;
+  const char* vars;
+  const char* format;
+};
+
+/// The two blanks before the shift column are kept: they set it apart in print.
+constexpr PresetClass presetClasses[] = {
+    {"KESLO_SHIFT", "RESID RESNAME ATOMNAME SHIFT", "%4d %1s %4s  %8.3f"},
+    {"KESLO_PRED", "INDEX PHI PSI DIST W R1 R2 R3 SOURCE",
+     "%2d %9.3f %9.3f %8.3f %5.3f %-4s %-4s %-4s %s"},
+};
+
+void report(const std::string& message) {
+  std::fputs((message + "\n").c_str(), stderr);
+}
+
+bool isConversionLetter(char c) {
+  return c == 's' || c == 'd' || c == 'f';
+}
+
+bool hasExactlyOne(const std::vector<std::string>& formats, int index, char letter) {
+  if (index < 0 || static_cast<std::size_t>(index) >= formats.size()) {
+    return false;
+  }
+  return GDB::contains(formats[static_cast<std::size_t>(index)], letter) == 1;
+}
+
+} // namespace
+
+void GDB::presetClass(const std::string& name) {
+  for (const PresetClass& preset : presetClasses) {
+    if (name == preset.name) {
+      className_ = name;
+      VARS_str_parser(preset.vars);
+      FORMAT_str_parser(preset.format);
+    }
+  }
+}
+
+bool GDB::acceptsColumn(const std::string& name, const std::string& format) const {
+  if (!checkFormat(format)) {
+    report("\tBad format syntax '" + format + "'");
+    return false;
+  }
+  if (name.find(' ') != std::string::npos) {
+    report("\tInvalid varible name '" + name + "' (with space)");
+    return false;
+  }
+  return true;
+}
+
+void GDB::addVAR(const std::string& name, const std::string& format) {
+  if (acceptsColumn(name, format)) {
+    setColumn(columnIndex(name), name, format);
+  }
+}
+
+void GDB::setVAR(int index, const std::string& name, const std::string& format) {
+  if (!acceptsColumn(name, format)) {
+    return;
+  }
+  const std::size_t onePast = columnNames_.size() + 1;
+  if (index >= 1 && static_cast<std::size_t>(index) <= onePast) {
+    setColumn(static_cast<std::size_t>(index) - 1, name, format);
+  } else {
+    report("\tPlease use number 1-" + std::to_string(onePast) + " as index for varible '" + name +
+           "' with format '" + format + "'");
+  }
+}
+
+void GDB::setColumn(std::size_t index, const std::string& name, const std::string& format) {
+  if (index == columnNames_.size()) {
+    columnNames_.emplace_back();
+    columnSlots_.emplace_back();
+  }
+  if (columnFormats_.size() <= index) {
+    columnFormats_.resize(index + 1);
+  }
+  columnNames_[index] = name;
+  columnFormats_[index] = format;
+  columnSlots_[index] = rows_.slot(name);
+}
+
+std::size_t GDB::columnIndex(const std::string& name) const {
+  const auto found = std::find(columnNames_.begin(), columnNames_.end(), name);
+  return static_cast<std::size_t>(found - columnNames_.begin());
+}
+
+bool GDB::isVarString(int index) const {
+  return hasExactlyOne(columnFormats_, index, 's');
+}
+bool GDB::isVarInt(int index) const {
+  return hasExactlyOne(columnFormats_, index, 'd');
+}
+bool GDB::isVarFloat(int index) const {
+  return hasExactlyOne(columnFormats_, index, 'f');
+}
+
+bool GDB::isVarString(const std::string& name) const {
+  return isVarString(static_cast<int>(columnIndex(name)));
+}
+bool GDB::isVarInt(const std::string& name) const {
+  return isVarInt(static_cast<int>(columnIndex(name)));
+}
+bool GDB::isVarFloat(const std::string& name) const {
+  return isVarFloat(static_cast<int>(columnIndex(name)));
+}
+
+void GDB::VARS_str_parser(const std::string& text) {
+  clearRows();
+  columnNames_ = split(" ", text);
+  columnSlots_.clear();
+  for (const std::string& name : columnNames_) {
+    columnSlots_.push_back(rows_.slot(name));
+  }
+}
+
+void GDB::FORMAT_str_parser(const std::string& text) {
+  clearRows();
+  columnFormats_.clear();
+  const int conversions = contains(text, '%');
+  if (conversions == 0 || static_cast<std::size_t>(conversions) != columnNames_.size()) {
+    return;
+  }
+  // What stands before the first "%", at least the blank added here, is piece 0 and no column.
+  const std::vector<std::string> pieces = split("%", " " + text);
+  for (std::size_t column = 0; column < columnNames_.size(); ++column) {
+    const std::string piece = "%" + (column + 1 < pieces.size() ? pieces[column + 1] : "");
+    if (!checkFormat(piece)) {
+      report("\tBad format syntax '" + piece + "'");
+      endRun(0);
+    }
+    columnFormats_.push_back(piece);
+  }
+}
+
+bool GDB::checkFormat(const std::string& piece) {
+  const std::string text = simplifyWhiteSpace(piece);
+  if (text.size() < 2 || text.front() != '%' || !isConversionLetter(text.back())) {
+    return false;
+  }
+  return std::all_of(text.begin() + 1, text.end() - 1,
+                     [](char c) { return isDigit(c) || c == '-' || c == '.'; });
+}

@@ -1,0 +1,130 @@
+#include <cstdio>
+
+#include "table/file_io.h"
+#include "table/gdb.h"
+#include "table/number.h"
+#include "table/run_end.h"
+
+namespace {
+
+/// Takes the next token off `rest`; false when only white space is left.
+bool takeToken(std::string_view& rest, std::string_view& token) {
+  std::size_t start = 0;
+  while (start < rest.size() && GDB::isSpace(rest[start])) {
+    ++start;
+  }
+  std::size_t end = start;
+  while (end < rest.size() && !GDB::isSpace(rest[end])) {
+    ++end;
+  }
+  token = rest.substr(start, end - start);
+  rest.remove_prefix(end);
+  return !token.empty();
+}
+
+/// `keyword` is in upper case.
+bool isKeyword(std::string_view token, std::string_view keyword) {
+  if (token.size() != keyword.size()) {
+    return false;
+  }
+  for (std::size_t i = 0; i < token.size(); ++i) {
+    const char c = token[i];
+    const char upper = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    if (upper != keyword[i]) {
+      return false;
+    }
+  }
+  return true;
+}
+
+/// Number of the next residue name; at the largest number there is, names replace each other.
+int nextResidueNumber(int first, std::size_t stored) {
+  constexpr long long largest = 2147483647;
+  const long long number = first + static_cast<long long>(stored);
+  return static_cast<int>(number < largest ? number : largest);
+}
+
+/// The name that a sequence character stands for; 'X' for one that is no residue. Kept: 'Z' is
+/// none, unlike the other capitals.
+char sequenceName(char c) {
+  const bool known = (c >= 'A' && c <= 'Y') || c == 'c' || c == 'p' || c == 'h' || c == '?';
+  return known ? c : 'X';
+}
+
+} // namespace
+
+void GDB::loadGDB(const std::string& fileName) {
+  fileName_ = fileName;
+  FileText file;
+  if (!readWholeFile(fileName, file)) {
+    std::fputs(("\tCan't open file " + fileName + " for reading\n").c_str(), stderr);
+    endRun(0);
+  }
+  int rowNumber = 1;
+  bool formatSeen = false;
+  std::string_view rest = file.view();
+  rows_.adopt(std::move(file.bytes));
+  for (std::string_view line; takeLine(rest, line);) {
+    readLine(line, rowNumber, formatSeen);
+  }
+  readSequence();
+}
+
+void GDB::readLine(std::string_view line, int& rowNumber, bool& formatSeen) {
+  // A row whose first cell is a keyword is also that keyword's line. Kept.
+  if (formatSeen && readRow(line, rowNumber)) {
+    ++rowNumber;
+  }
+  readKeyword(line, formatSeen);
+}
+
+bool GDB::readRow(std::string_view line, int rowNumber) {
+  const std::size_t columns = columnNames_.size();
+  rowTokens_.clear();
+  std::string_view token;
+  // One token more than fits tells a long line; reading on would only cost memory.
+  while (rowTokens_.size() <= columns && takeToken(line, token)) {
+    rowTokens_.push_back(token);
+  }
+  if (columns == 0 || rowTokens_.size() != columns) {
+    return false;
+  }
+  const std::size_t position = rows_.findOrInsert(rowNumber);
+  for (std::size_t column = 0; column < columns; ++column) {
+    rows_.setView(position, columnSlots_[column], rowTokens_[column]);
+  }
+  return true;
+}
+
+void GDB::readKeyword(std::string_view line, bool& formatSeen) {
+  std::string_view rest = line;
+  std::string_view token;
+  if (!takeToken(rest, token)) {
+    return;
+  }
+  // The cuts below count from the start of the line, or of the simplified line, not from the
+  // keyword, and throw on a line that holds nothing more. Kept.
+  if (isKeyword(token, "REMARK")) {
+    addRemark(std::string(line).substr(token.size() + 1));
+  } else if (isKeyword(token, "DATA")) {
+    dataItems_.push_back(simplifyWhiteSpace(std::string(line)).substr(token.size() + 1));
+  } else if (isKeyword(token, "VARS")) {
+    varsText_ = simplifyWhiteSpace(std::string(rest));
+    VARS_str_parser(varsText_);
+  } else if (isKeyword(token, "FORMAT")) {
+    formatText_ = std::string(line).substr(token.size());
+    FORMAT_str_parser(formatText_);
+    formatSeen = true;
+  }
+}
+
+void GDB::readSequence() {
+  const std::string first = getData("FIRST_RESID");
+  firstResidue_ = first.empty() ? 1 : parseInt(first);
+  for (const char c : getData("SEQUENCE")) {
+    if (c != ' ') {
+      residueNames_[nextResidueNumber(firstResidue_, residueNames_.size())] =
+          std::string(1, sequenceName(c));
+    }
+  }
+}

@@ -1,0 +1,73 @@
+#include <cstdio>
+
+#include "table/cell_format.h"
+#include "table/file_io.h"
+#include "table/gdb.h"
+
+namespace {
+/// Letters of a sequence on one line.
+constexpr std::size_t sequenceLineLength = 55;
+} // namespace
+
+void GDB::saveGDB(const std::string& fileName) const {
+  OutputFile file(fileName);
+  if (file.good()) {
+    if (!plaintext_) {
+      writeHeader(file.buffer());
+    }
+    writeRows(file);
+  }
+  if (!file.close()) {
+    std::fputs(("\tCan't save file " + fileName + "\n").c_str(), stderr);
+  }
+}
+
+void GDB::writeHeader(std::string& out) const {
+  for (const std::string& remark : remarks_) {
+    out += "REMARK " + remark + "\n";
+  }
+  out += "\n";
+  for (const std::string& item : dataItems_) {
+    if (item.substr(0, item.find(' ')) == "SEQUENCE") {
+      writeSequenceItem(out, item);
+    } else {
+      out += "DATA " + item + "\n";
+    }
+  }
+  out += "\nVARS   ";
+  for (const std::string& name : columnNames_) {
+    out += name + " ";
+  }
+  out += "\nFORMAT ";
+  for (const std::string& format : columnFormats_) {
+    out += format;
+  }
+  out += "\n\n";
+}
+
+void GDB::writeSequenceItem(std::string& out, const std::string& item) const {
+  // Without a blank the position wraps to 0: the item is its own value, as in `getData`.
+  const std::string value = simplifyWhiteSpace(item.substr(item.find(' ') + 1));
+  if (value.empty()) {
+    return;
+  }
+  // Kept: a length that is a multiple of the line's ends with a line without letters.
+  for (std::size_t line = 0; line <= value.size() / sequenceLineLength; ++line) {
+    out += "DATA SEQUENCE " + value.substr(line * sequenceLineLength, sequenceLineLength) + "\n";
+  }
+}
+
+void GDB::writeRows(OutputFile& file) const {
+  std::vector<CellFormat> formats;
+  for (std::size_t column = 0; column < columnNames_.size(); ++column) {
+    formats.emplace_back(column < columnFormats_.size() ? columnFormats_[column] : "");
+  }
+  std::string& out = file.buffer();
+  for (std::size_t row = 0; row < rows_.size(); ++row) {
+    for (std::size_t column = 0; column < formats.size(); ++column) {
+      formats[column].append(out, rows_.cellAt(row, columnSlots_[column]));
+    }
+    out += '\n';
+    file.flushIfLarge();
+  }
+}

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+/// Text of one cell. A cell that was never set has no data pointer and reads as empty text.
+using Cell = std::string_view;
+
+/// Memory that only grows and never moves, so that views into it stay valid.
+class Arena {
+ public:
+  /// Room for `size` bytes, aligned for any cell; valid as long as the arena.
+  void* allocate(std::size_t size);
+
+  /// A lasting copy of `text`; never a null pointer, not even for empty text.
+  std::string_view keep(std::string_view text);
+
+  void clear();
+
+ private:
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  std::size_t used_ = 0;
+  std::size_t capacity_ = 0;
+};
+
+/// Numbered rows of named text cells: an ordered map from row number to a map from name to text,
+/// laid out so that a row costs one small array instead of a tree.
+///
+/// Names are interned as slots; a row holds its cells by slot. A row's *position* is its place in
+/// ascending order of row numbers, from 0. Appending at the end, reading a cell and the first
+/// match of a value are constant time; a row number that falls between others moves the row list.
+class RowStore {
+ public:
+  using Slot = std::uint32_t;
+  static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+
+  RowStore() = default;
+  RowStore(const RowStore&) = delete;
+  RowStore& operator=(const RowStore&) = delete;
+  RowStore(RowStore&&) = default;
+  RowStore& operator=(RowStore&&) = default;
+
+  /// Number of rows.
+  std::size_t size() const { return rows_.size(); }
+
+  /// The slot of a name, made when new.
+  Slot slot(std::string_view name);
+  /// The slot of a name, if any row or column ever used it.
+  std::optional<Slot> findSlot(std::string_view name) const;
+  std::size_t slotCount() const { return names_.size(); }
+  const std::string& slotName(Slot slot) const { return names_[slot]; }
+
+  int numberAt(std::size_t position) const { return rows_[position].number; }
+  Cell cellAt(std::size_t position, Slot slot) const {
+    const Row& row = rows_[position];
+    return slot < row.width ? row.cells[slot] : Cell();
+  }
+
+  /// Position of the row with that number, or npos.
+  std::size_t find(int number) const;
+  /// Position of the row with that number, an empty row being inserted when there is none.
+  std::size_t findOrInsert(int number);
+
+  /// Sets a cell to a lasting copy of `text`.
+  void set(std::size_t position, Slot slot, std::string_view text);
+  /// Sets a cell to `text` itself, which must outlive the store (see `adopt`).
+  void setView(std::size_t position, Slot slot, std::string_view text);
+  /// Appends a row holding the cells of `from`'s row; its texts must outlive this store's rows.
+  std::size_t appendCopy(int number, const RowStore& from, std::size_t position);
+
+  /// Keeps a file's bytes alive as long as the rows.
+  void adopt(std::unique_ptr<char[]> bytes) { adopted_.push_back(std::move(bytes)); }
+
+  /// Position of the first row whose cell under `slot` equals `value`, or npos. The first call
+  /// after a change of the rows or of that column builds a hash index in one pass.
+  std::size_t firstMatch(Slot slot, std::string_view value) const;
+  /// The same for two cells of one row.
+  std::size_t firstMatch(Slot slot1, std::string_view value1, Slot slot2,
+                         std::string_view value2) const;
+
+  /// Drops all rows; names keep their slots.
+  void clear();
+
+ private:
+  struct Row {
+    int number;
+    std::uint32_t width;
+    Cell* cells;
+  };
+  struct Key {
+    std::string_view first;
+    std::string_view second;
+    bool operator==(const Key& other) const {
+      return first == other.first && second == other.second;
+    }
+  };
+  struct KeyHash {
+    std::size_t operator()(const Key& key) const;
+  };
+  struct Index {
+    Slot first;
+    Slot second;
+    std::unordered_map<Key, std::uint32_t, KeyHash> positions;
+  };
+
+  void widen(Row& row);
+  const Index& index(Slot first, Slot second) const;
+  Index buildIndex(Slot first, Slot second) const;
+  void forgetIndexesOf(Slot slot);
+
+  std::vector<std::string> names_;
+  std::unordered_map<std::string, Slot> slotsByName_;
+  std::vector<Row> rows_;
+  Arena cells_;
+  Arena texts_;
+  std::vector<std::unique_ptr<char[]>> adopted_;
+  mutable std::vector<Index> indexes_;
+};

@@ -1,0 +1,15 @@
+#pragma once
+
+/// The one place where the program ends itself before `main` returns.
+///
+/// Every refused input prints its own message and then calls `endRun`. Tests and fuzzers install a
+/// handler that throws, so that a refused input ends one case and not the process.
+
+/// A handler must not return: it ends the process or throws.
+using RunEndHandler = void (*)(int status);
+
+/// Ends the run with `status` (the shell sees its low eight bits); never returns.
+[[noreturn]] void endRun(int status);
+
+/// Replaces what `endRun` does; a null handler restores `exit`. Returns the handler before.
+RunEndHandler setRunEndHandler(RunEndHandler handler);
