@@ -1,0 +1,123 @@
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "structure/pdb.h"
+#include "table/file_io.h"
+#include "table/number.h"
+#include "table/run_end.h"
+
+namespace {
+
+struct Columns {
+  std::size_t start;
+  std::size_t length;
+};
+
+/// Fields 1 to 11 of an ATOM line, 0-based.
+constexpr std::array<Columns, 11> fieldColumns = {{
+    {0, 6},  // record name
+    {6, 5},  // atom serial
+    {11, 5}, // atom name, with the blank before it, without the alternate-location column
+    {17, 4}, // residue name
+    {21, 1}, // chain identifier
+    {22, 4}, // residue number
+    {30, 8}, // x
+    {38, 8}, // y
+    {46, 8}, // z
+    {54, 6}, // occupancy
+    {60, 6}, // temperature factor
+}};
+
+enum Field { serial = 2, name = 3, residueName = 4, chain = 5, residueNumber = 6, firstOfXyz = 7 };
+constexpr int temperatureField = 11;
+
+bool beginsWith(std::string_view line, std::string_view start) {
+  return line.substr(0, start.size()) == start;
+}
+
+/// "H" becomes "HN", and the digit-first hydrogen names 1HG1 become HG11.
+std::string storedAtomName(std::string name) {
+  if (name == "H") {
+    return "HN";
+  }
+  if (!name.empty() && name[0] >= '1' && name[0] <= '3') {
+    std::rotate(name.begin(), name.begin() + 1, name.end());
+  }
+  return name;
+}
+
+} // namespace
+
+std::string PDB::getField(const std::string& line, int field) {
+  if (field < 1 || static_cast<std::size_t>(field) > fieldColumns.size()) {
+    return "";
+  }
+  const Columns columns = fieldColumns[static_cast<std::size_t>(field) - 1];
+  return line.substr(columns.start, columns.length);
+}
+
+void PDB::loadPDB_Entry(const std::string& line, CORdata& atom) {
+  atom.atomNumber = parseInt(getField(line, serial));
+  atom.atomName = storedAtomName(simplifyWhiteSpace(getField(line, name)));
+  atom.resName = simplifyWhiteSpace(getField(line, residueName).substr(0, 3));
+  atom.chainID = getField(line, chain);
+  atom.resNumber = parseInt(getField(line, residueNumber));
+  for (int axis = 0; axis < 3; ++axis) {
+    atom.coor[axis] = parseFloat(getField(line, firstOfXyz + axis));
+  }
+  atom.bFactor = parseFloat(getField(line, temperatureField));
+  atom.x = atom.coor[0];
+  atom.y = atom.coor[1];
+  atom.z = atom.coor[2];
+}
+
+void PDB::loadPDB(const std::string& path) {
+  fileName = path;
+  FileText file;
+  if (!readWholeFile(path, file)) {
+    std::fputs(("\tCan't open file " + path + " for reading\n").c_str(), stderr);
+    endRun(0);
+  }
+  clear();
+  readAtoms(file.view());
+  markDisulfides();
+}
+
+void PDB::clear() {
+  resNames.clear();
+  resCodes.clear();
+  atoms.clear();
+  atomsBySerial.clear();
+  donors_.clear();
+  acceptors_.clear();
+  ringShifts_.clear();
+}
+
+void PDB::readAtoms(std::string_view text) {
+  std::map<int, CORdata> serials;
+  bool terminated = false;
+  std::string_view line;
+  while (!terminated && takeLine(text, line)) {
+    if (beginsWith(line, "ATOM")) {
+      CORdata atom;
+      loadPDB_Entry(std::string(line), atom);
+      storeAtom(atom, serials);
+    } else {
+      // Kept: the structure is the first chain of the first model.
+      terminated = beginsWith(line, "TER") || beginsWith(line, "END");
+    }
+  }
+  if (terminated || !serials.empty()) {
+    atomsBySerial[1] = std::move(serials);
+  }
+}
+
+void PDB::storeAtom(const CORdata& atom, std::map<int, CORdata>& serials) {
+  serials.insert_or_assign(serials.end(), atom.atomNumber, atom);
+  atoms[1][atom.resNumber].insert_or_assign(atom.atomName, atom);
+  resNames[atom.resNumber] = atom.resName;
+  resCodes[atom.resNumber] = getOneAAName(atom.resName);
+  firstResID = std::min(firstResID, atom.resNumber);
+  lastResID = std::max(lastResID, atom.resNumber);
+}

@@ -1,0 +1,38 @@
+#include "structure/pdb.h"
+
+namespace {
+
+struct ResidueName {
+  const char* three;
+  char one;
+};
+
+/// The charged forms come after the plain ones: the way back takes the first.
+constexpr ResidueName residueNames[] = {
+    {"ALA", 'A'}, {"CYS", 'C'},  {"cys", 'c'},  {"ASP", 'D'},  {"GLU", 'E'},
+    {"PHE", 'F'}, {"GLY", 'G'},  {"HIS", 'H'},  {"ILE", 'I'},  {"LYS", 'K'},
+    {"LEU", 'L'}, {"MET", 'M'},  {"ASN", 'N'},  {"PRO", 'P'},  {"GLN", 'Q'},
+    {"ARG", 'R'}, {"SER", 'S'},  {"THR", 'T'},  {"VAL", 'V'},  {"TRP", 'W'},
+    {"TYR", 'Y'}, {"HIS+", 'H'}, {"LYS+", 'K'}, {"ARG+", 'R'}, {"his", 'h'},
+};
+
+} // namespace
+
+std::string PDB::getOneAAName(const std::string& threeLetterName) {
+  for (const ResidueName& name : residueNames) {
+    if (threeLetterName == name.three) {
+      return std::string(1, name.one);
+    }
+  }
+  return "X";
+}
+
+std::string PDB::getThreeAAName(char oneLetterCode) {
+  for (const ResidueName& name : residueNames) {
+    // Kept: "his" has no way back.
+    if (oneLetterCode == name.one && oneLetterCode != 'h') {
+      return name.three;
+    }
+  }
+  return "XXX";
+}
