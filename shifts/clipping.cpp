@@ -1,0 +1,26 @@
+#include <cstdio>
+
+#include "app/citrans.h"
+#include "table/number.h"
+
+float CITRANS::clipSShift(int residue, float secondaryShift, const std::string& atom) {
+  const std::string& name = sequence[residue];
+  const std::size_t row = limitsTable.findRow("RESNAME", name);
+  const float lowest = parseFloat(limitsTable.cell(row, atom + "_MIN"));
+  const float highest = parseFloat(limitsTable.cell(row, atom + "_MAX"));
+  const bool present = static_cast<double>(secondaryShift) < shift::missingFrom;
+  float bounded = secondaryShift;
+  if (secondaryShift < lowest && present) {
+    bounded = lowest;
+  } else if (secondaryShift > highest && present) {
+    bounded = highest;
+  } else {
+    return secondaryShift;
+  }
+  // Dormant: no option sets `reportClip`.
+  if (reportClip && !quiet) {
+    std::printf(" Clipped %3d %s %3s Secondary Shift: %8.3f Limit: %8.3f\n", residue, name.c_str(),
+                atom.c_str(), static_cast<double>(secondaryShift), static_cast<double>(bounded));
+  }
+  return bounded;
+}

@@ -1,0 +1,93 @@
+#include <algorithm>
+#include <cstdio>
+
+#include "app/citrans.h"
+#include "table/number.h"
+#include "table/run_end.h"
+
+namespace {
+
+constexpr int lowestBeforeAny = 999;
+constexpr int highestBeforeAny = -999;
+
+[[noreturn]] void refuseInput(const std::string& message) {
+  std::fputs((message + "\n").c_str(), stderr);
+  endRun(-1);
+}
+
+} // namespace
+
+void CITRANS::startShiftTable() {
+  shiftTable.copyHeader(inputTable);
+  shiftTable.addVAR("CS_OBS", "%9.3f");
+  shiftTable.addVAR("CS_ADJ", "%9.3f");
+  sequence = inputTable.residueNames();
+  residueCount = static_cast<int>(sequence.size());
+}
+
+void CITRANS::requireInput() const {
+  if (residueCount < 1) {
+    refuseInput(" A full amino acid sequence is required in the DATA SEQUENCE header, exit ...");
+  }
+  if (inputTable.columnCount() < 1) {
+    refuseInput(" No entry found in the VARS header, exit ...");
+  }
+  if (inputTable.rowCount() < 1) {
+    refuseInput(" No chemical shift data found in file " + inName);
+  }
+}
+
+void CITRANS::reconcileResidueNames() {
+  lowestResidue = lowestBeforeAny;
+  highestResidue = highestBeforeAny;
+  for (std::size_t row = 0; row < inputTable.rowCount(); ++row) {
+    const int residue = parseInt(inputTable.cell(row, "RESID"));
+    lowestResidue = std::min(lowestResidue, residue);
+    highestResidue = std::max(highestResidue, residue);
+    std::string name(inputTable.cell(row, "RESNAME"));
+    if (name.size() == 3) {
+      name = getOneAAName(name);
+    }
+    const auto known = sequence.emplace(residue, name);
+    if (!known.second && known.first->second != name) {
+      std::fprintf(stderr,
+                   "WARNING: Unmatched name for residue %d between header (%s) and chemical shift "
+                   "table (%s)\n",
+                   residue, known.first->second.c_str(), name.c_str());
+    }
+  }
+}
+
+void CITRANS::limitResidueRange() {
+  if (highestResidue < residueCount) {
+    ++highestResidue;
+  }
+  const auto limit = [this](int residue) {
+    return std::min(std::max(residue, lowestResidue), highestResidue);
+  };
+  firstResID = limit(firstResID);
+  lastResID = limit(lastResID);
+  if (firstResID > lastResID) {
+    std::swap(firstResID, lastResID);
+  }
+}
+
+const std::string& CITRANS::nameOf(int residue) const {
+  static const std::string none;
+  const auto found = sequence.find(residue);
+  return found == sequence.end() ? none : found->second;
+}
+
+std::size_t CITRANS::findInputShift(std::string_view residueText, std::string_view atom) const {
+  const std::size_t row = inputTable.findRow("RESID", residueText, "ATOMNAME", atom);
+  if (row == GDB::noRow && atom == "HN") {
+    return inputTable.findRow("RESID", residueText, "ATOMNAME", "H");
+  }
+  return row;
+}
+
+double CITRANS::inputShift(std::string_view residueText, std::string_view atom,
+                           double without) const {
+  const std::size_t row = inputTable.findRow("RESID", residueText, "ATOMNAME", atom);
+  return row == GDB::noRow ? without : parseDouble(inputTable.cell(row, "SHIFT"));
+}

@@ -1,0 +1,108 @@
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+#include "app/citrans.h"
+#include "shifts/referencing.h"
+#include "table/number.h"
+
+namespace {
+
+/// Secondary shifts of one residue that the referencing needs, ppm; 0 when there is no row.
+struct CheckedResidue {
+  float ca = 0;
+  float cb = 0;
+  float ha = 0;
+  float c = 0;
+
+  void set(const std::string& atom, float value) {
+    if (atom == "CA") {
+      ca = value;
+    } else if (atom == "CB") {
+      cb = value;
+    } else if (atom == "HA") {
+      ha = value;
+    } else if (atom == "C") {
+      c = value;
+    }
+  }
+};
+
+/// By the text of the residue number: residues are visited as 1, 10, 100, 11, ..., 2. Kept: the
+/// fit leaves out its first point, so the order counts.
+using CheckedResidues = std::map<std::string, CheckedResidue, std::less<>>;
+
+bool isMissing(float value) {
+  return !(static_cast<double>(value) < shift::missingFrom);
+}
+
+/// Proline and both forms of cysteine have CA and CB of their own.
+bool isLeftOut(const std::string& name) {
+  return name == "P" || name == "c" || name == "C";
+}
+
+/// How many times its limit a shift must exceed to be marked; HA limits are narrow.
+float markFactor(const std::string& atom) {
+  return atom == "HA" ? 3.0F : 2.0F;
+}
+
+void printOutlier(int residue, const std::string& name, const std::string& atom, double shift,
+                  float limit) {
+  std::printf("  %3d %s %3s Secondary Shift: %8.3f    Limit: %8.3f", residue, name.c_str(),
+              atom.c_str(), shift, static_cast<double>(limit));
+  const bool marked = std::fabs(static_cast<float>(shift)) > markFactor(atom) * std::fabs(limit);
+  std::puts(marked ? " !" : "");
+}
+
+/// Reports shifts beyond their limits and gathers all, unbounded, by residue.
+CheckedResidues checkOutliers(CITRANS& run) {
+  std::puts("\nChecking for Chemical Shift Outliers ...");
+  CheckedResidues residues;
+  const GDB& table = run.shiftTable;
+  for (std::size_t row = 0; row < table.rowCount(); ++row) {
+    const std::string_view residueText = table.cell(row, "RESID");
+    const std::string_view named = table.cell(row, "ATOMNAME");
+    const std::string atom(named == "H" ? "HN" : named);
+    const double secondary = parseDouble(table.cell(row, "SHIFT"));
+    const float single = static_cast<float>(secondary);
+    const int residue = parseInt(residueText);
+    const float limit = run.clipSShift(residue, single, atom);
+    if (limit != single) {
+      printOutlier(residue, run.sequence[residue], atom, secondary, limit);
+    }
+    auto known = residues.find(residueText);
+    if (known == residues.end()) {
+      known = residues.emplace(residueText, CheckedResidue()).first;
+    }
+    known->second.set(atom, single);
+  }
+  return residues;
+}
+
+ReferencingPoints gatherPoints(const CITRANS& run, const CheckedResidues& residues) {
+  ReferencingPoints points;
+  for (const auto& [residueText, shifts] : residues) {
+    const auto name = run.sequence.find(parseInt(residueText));
+    if (isMissing(shifts.ca) || isMissing(shifts.cb) || isLeftOut(name->second)) {
+      continue;
+    }
+    const float difference = shifts.ca - shifts.cb;
+    points.ca.add(difference, shifts.ca);
+    if (!isMissing(shifts.ha)) {
+      points.ha.add(difference, shifts.ha);
+    }
+    if (!isMissing(shifts.c)) {
+      points.c.add(difference, shifts.c);
+    }
+  }
+  return points;
+}
+
+} // namespace
+
+void CITRANS::checkCS() {
+  const CheckedResidues residues = checkOutliers(*this);
+  const ReferencingPoints points = gatherPoints(*this, residues);
+  std::puts("\nChecking Chemical Shift Referencing ...");
+  estimateOffsets(*this, points);
+}

@@ -1,0 +1,25 @@
+#include "app/citrans.h"
+#include "app/version.h"
+#include "table/number.h"
+
+void CITRANS::saveShiftTable() const {
+  GDB output;
+  output.copyHeader(shiftTable);
+  for (std::size_t row = 0; row < shiftTable.rowCount(); ++row) {
+    if (parseDouble(shiftTable.cell(row, "SHIFT")) < shift::missingFrom) {
+      output.appendRowFrom(shiftTable, row);
+    }
+  }
+  output.addRemark("CITRANS Protein Secondary Chemical Shift Table for " + inName);
+  for (const char* remark :
+       {"", " SHIFT is secondary chemical shift", "", " CS_OBS is the original chemical shift", "",
+        " CS_ADJ is the adjustment used to calculate SHIFT", "", "Reference:"}) {
+    output.addRemark(remark);
+  }
+  for (const char* line : origin::citation) {
+    output.addRemark(line);
+  }
+  output.addRemark("");
+  output.addRemark(origin::version);
+  output.saveGDB(sumBase + "AdjCS.tab");
+}
