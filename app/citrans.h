@@ -1,0 +1,219 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "structure/pdb.h"
+#include "table/gdb.h"
+
+/// Chemical shifts in ppm that stand for "no value", and the limits by which readers know them.
+namespace shift {
+/// A shift of this size or more is no shift. All readers but the likelihood test against it.
+constexpr double missingFrom = 999.0;
+/// Written for a missing secondary shift, a missing CG and an unknown random-coil value.
+constexpr float missing = 9999.0F;
+/// The likelihood skips secondary shifts above this one.
+constexpr float largestPredicted = 99.0F;
+} // namespace shift
+
+/// Degrees of belief that one Xaa-Pro bond is cis.
+struct CisLikelihood {
+  float cis;        ///< P_CIS, 0 to 1 at even prior odds; not-a-number when both products are 0
+  float normalised; ///< P_CIS_NORM, 0 to 1 at the prior odds of 1 cis to 19 trans
+};
+
+/// One prediction run: its settings, the tables it reads, the per-residue data it derives and the
+/// prediction itself.
+///
+/// Life of a run: construct, `setArgs`, `runPredict`. The members are defined in the folder that
+/// owns them: options and texts in app/, shift preparation in shifts/, prediction in predict/.
+/// Shifts are in ppm. Residue numbers are those of the input table; the preparation visits 1 to N,
+/// N being the number of letters of the sequence. Input errors print one line and end the run
+/// (`endRun`); nothing here throws but the table and structure readers.
+class CITRANS {
+ public:
+  using Options = std::map<std::string, std::string>;
+  /// Names and secondary shifts of three consecutive residues as text, by keys such as
+  /// "RESNAME_R1" or "CA_R3"; 24 entries.
+  using Triplet = std::map<std::string, std::string>;
+  using FloatByAtom = std::map<std::string, float, std::less<>>;
+
+  /// Takes the database directory from the environment and fills the accepted option names.
+  CITRANS();
+  /// Only stores the name of the input table.
+  explicit CITRANS(const std::string& inputName);
+  ~CITRANS();
+
+  // --- app: options and texts ----------------------------------------------------------------
+
+  /// Applies the options; an empty value counts as not given. "help" prints the usage text and
+  /// ends the run with status 0.
+  void setArgs(Options options);
+  /// Whether the command line may hold this option.
+  bool acceptsOption(const std::string& name) const;
+  /// Prints the banner on standard error.
+  void printInfo() const;
+  /// Prints the usage text on standard error and ends the run with status 0.
+  [[noreturn]] void printSyntax() const;
+
+  // --- predict: the run ----------------------------------------------------------------------
+
+  /// The whole run: loads the tables, prepares the shifts, predicts every proline of the range,
+  /// writes the summary and prints the listing.
+  void runPredict();
+
+  // --- shifts: reference tables ----------------------------------------------------------------
+
+  /// Loads the input table and the database. Ends the run on a file that cannot be opened.
+  void init();
+  /// One-letter code of a three-letter name ("c" for "cys", "h" for "his"); "?" when unknown.
+  std::string getOneAAName(const std::string& threeLetterName) const;
+  /// Random-coil shift, ppm; `shift::missing` for a residue without a row, 0 for an empty cell.
+  float getRC(std::string_view residue, std::string_view atom) const;
+  /// Corrections of the random-coil shift for the residue itself, for the residue before and for
+  /// the residue after it, ppm; 0 for a residue without a row or an empty cell.
+  float getRCadj(std::string_view residue, std::string_view atom) const;
+  float getPrevRCadj(std::string_view previousResidue, std::string_view atom) const;
+  float getNextRCadj(std::string_view nextResidue, std::string_view atom) const;
+
+  // --- shifts: secondary shifts and checks -------------------------------------------------
+
+  /// Turns the input into secondary shifts, checks them, removes offsets when asked to and saves
+  /// the table whose name ends in "AdjCS.tab". Ends the run with status 255 on an input without
+  /// sequence, columns or rows, and after saving when only a check was asked for.
+  void getResInfo();
+
+  /// Bounds a secondary shift by the limits of its residue and atom. A missing shift stays; a
+  /// residue without limits is bounded to 0. Adds an empty sequence entry for an unknown residue.
+  float clipSShift(int residue, float secondaryShift, const std::string& atom);
+
+  /// Prints outlying secondary shifts and estimates referencing offsets into `offsets`; changes no
+  /// shift.
+  void checkCS();
+
+  /// Straight line y = intercept + slope * x by least squares, in single precision.
+  ///
+  /// Kept: the point with index 0 enters the means of x and y but neither the sums of products nor
+  /// the residuals, so the result depends on the order of the points.
+  ///
+  /// \param x,y  n values each, ppm
+  /// \param slope,intercept,error  out: ppm per ppm, ppm, standard error of the mean residual, ppm
+  /// \return 1 when fitted; 0 when x and y differ in length, the outputs then untouched
+  int LinearLeastSquareFitting(const std::vector<float>& x, const std::vector<float>& y,
+                               float& slope, float& intercept, float& error) const;
+  /// Mean; 0 for no values.
+  float getAverage(const std::vector<float>& values) const;
+  /// Root of the sum of squares over (count - 1), about 0 and not about the mean; -0 for no
+  /// values, infinite or not-a-number for one.
+  float getSTDev(const std::vector<float>& values) const;
+
+  // --- predict: statistics, triplets, likelihood -------------------------------------------
+
+  /// Adds the rows of a shift statistics table to `proAvgCis` and its fellows.
+  void getProCSValue(const std::string& fileName);
+  /// Adds the rows of a neighbour statistics table to `proCisSeq` and `proTransSeq`.
+  void getProSeqOccurence(const std::string& fileName);
+  /// Names and (clipped) secondary shifts around a proline; an absent row gives the shift 0.
+  Triplet getTriplet(int proline);
+  /// Whether a triplet is predicted: two of its residues have at least three shifts, and neither
+  /// neighbour lies beyond the chain.
+  bool testTriplet(const Triplet& triplet);
+  /// Likelihood of cis from a triplet and the proline's CG shift (`shift::missing` without one).
+  CisLikelihood getLikelihood(const Triplet& triplet, float cgShift);
+
+  /// printf of a number with a format letter out of "fFeEgG" ('f' for any other) and a precision
+  /// of at most 99 (none when negative), into `buf`, which must have room. \return buf
+  static char* ftoa(float value, char* buf, char format, int precision);
+  /// Decimal text of a number, whatever the base. \return buf
+  static char* itoa(int value, char* buf, int base);
+
+  // --- settings (see setArgs) ----------------------------------------------------------------
+
+  std::string citransDir;           ///< database directory
+  std::string pathSep;              ///< between directory and file name
+  std::string tabDir;               ///< directory of the reference tables
+  std::string inName;               ///< input table
+  std::string inTitle = "None";     ///< its title in outputs
+  std::string refName;              ///< reference structure; empty for none
+  std::string refTitle = "None";    ///< its title in outputs
+  std::string sumName = "pred.tab"; ///< summary output
+  std::string sumBase = "pred";     ///< summary output up to its last "."
+  std::string randName, adjName, prevName, nextName, limitsName, isoName; ///< tables of shifts/
+  std::string proCSName, proSeqName;                                      ///< tables of predict/
+  int firstResID = 1;                ///< first residue to use; limited to the table's by getResInfo
+  int lastResID = 9999;              ///< last residue to use; likewise
+  bool clipOn = true;                ///< bound extreme secondary shifts
+  bool reportClip = false;           ///< report each bounded shift; no option sets it
+  bool checkOnly = false;            ///< stop after the shift check
+  bool quiet = true;                 ///< no listing of predictions
+  bool noPath = true;                ///< progress messages without file names
+  bool isoOn = false;                ///< correct for deuteration
+  bool offsetOn = false;             ///< remove estimated referencing offsets
+  std::vector<std::string> argNames; ///< accepted option names
+  std::map<int, std::string> atomNames; ///< 1 "N", 2 "HA", 3 "C", 4 "CA", 5 "CB", 6 "HN"
+
+  // --- tables ----------------------------------------------------------------------------------
+
+  GDB inputTable;                                ///< observed shifts
+  GDB randTable, adjTable, prevTable, nextTable; ///< ppm, by RESNAME and atom
+  GDB limitsTable;                               ///< ppm, by RESNAME, columns such as CA_MIN
+  GDB isoTable;                                  ///< ppm, by RESNAME, columns CA and CB
+  std::map<std::string, FloatByAtom, std::less<>> isoAdj; ///< isotope corrections in use, ppm
+  std::map<int, float> proAvgCis, proAvgTrans, proStdCis, proStdTrans; ///< ppm, by index 0 to 18
+  /// Neighbour statistics by residue name and place, 1 before and 3 after the proline.
+  std::map<std::string, std::map<int, float>, std::less<>> proCisSeq, proTransSeq;
+
+  // --- per-residue data, left by getResInfo ------------------------------------------------
+
+  std::map<int, std::string> sequence;    ///< one-letter names, from the header and the rows
+  int residueCount = 0;                   ///< N, the number of letters of the sequence header
+  GDB shiftTable;                         ///< secondary shifts, six rows a residue
+  std::map<int, int> missCount;           ///< atoms without an input row, 0 to 6
+  std::map<int, FloatByAtom> adjustments; ///< random coil and corrections, ppm
+  std::map<int, float> cgShifts;          ///< observed CG, ppm, or shift::missing
+  FloatByAtom offsets;                    ///< referencing offsets by CA, CB, HA, C, ppm
+
+ private:
+  // app
+  void findDatabase();
+  void setFileNames(const Options& options);
+  void setReferenceNames(const Options& options);
+  void setSummaryName(const Options& options);
+  void setTableNames(const Options& options);
+  void setSwitches(const Options& options);
+
+  // shifts: reference tables
+  void reportReading(const char* what, const std::string& name) const;
+  void loadTable(GDB& table, const char* what, const std::string& name) const;
+  void loadIsotopeCorrections();
+
+  // shifts: secondary shifts
+  void startShiftTable();
+  void requireInput() const;
+  void reconcileResidueNames();
+  void limitResidueRange();
+  void addResidue(int residue);
+  void addAtom(int residue, const std::string& atom);
+  float adjustmentOf(int residue, const std::string& atom);
+  std::size_t findInputShift(std::string_view residueText, std::string_view atom) const;
+  void setShift(std::size_t row, double observed, float adjustment);
+  void setGlycineHa(std::size_t row, int residue, std::string_view residueText, float adjustment);
+  double inputShift(std::string_view residueText, std::string_view atom, double without) const;
+  const std::string& nameOf(int residue) const;
+  void saveShiftTable() const;
+  void applyOffsets();
+  void applyOffset(std::size_t row);
+  void reportOffset(const char* key, const char* nuclei);
+
+  // predict
+  std::vector<int> prolinesInRange() const;
+  void setUpSummary(GDB& summary) const;
+  void predictProline(int proline, PDB& reference, GDB& summary);
+  void printListing(const GDB& summary) const;
+
+  int lowestResidue = 0;
+  int highestResidue = 0;
+  mutable char textBuffer[32];
+};

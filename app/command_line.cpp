@@ -1,0 +1,37 @@
+#include "app/command_line.h"
+
+#include <cstdio>
+
+#include "table/run_end.h"
+
+namespace {
+
+[[noreturn]] void refuse(const std::string& name) {
+  std::fputs((" Invaid arg name -" + name + "\n").c_str(), stderr);
+  endRun(0);
+}
+
+bool isPlainSwitch(const std::string& name) {
+  return name == "noclip" || name == "nodetail" || name == "check";
+}
+
+} // namespace
+
+CITRANS::Options readCommandLine(const CITRANS& run, int argumentCount, char* const* arguments) {
+  std::string text;
+  for (int i = 1; i < argumentCount; ++i) {
+    text += " ";
+    text += arguments[i];
+  }
+  CITRANS::Options options;
+  for (const std::string& token : GDB::split(" -", text)) {
+    const std::size_t blank = token.find(' ');
+    const std::string name = token.substr(0, blank);
+    const std::string value = blank == std::string::npos ? token : token.substr(blank + 1);
+    if (!run.acceptsOption(name)) {
+      refuse(name);
+    }
+    options[name] = isPlainSwitch(name) ? "true" : GDB::simplifyWhiteSpace(value);
+  }
+  return options;
+}
