@@ -81,9 +81,9 @@ float CITRANS::adjustmentOf(int residue, const std::string& atom) {
 }
 
 void CITRANS::setShift(std::size_t row, double observed, float adjustment) {
-  const bool known = static_cast<double>(adjustment) < shift::missingFrom;
+  const bool unknown = static_cast<double>(adjustment) >= shift::missingFrom;
   const float secondary =
-      known ? static_cast<float>(observed - static_cast<double>(adjustment)) : shift::missing;
+      unknown ? shift::missing : static_cast<float>(observed - static_cast<double>(adjustment));
   shiftTable.setCell(row, "SHIFT", ftoa(secondary, textBuffer, 'g', 6));
   shiftTable.setCell(row, "CS_OBS", ftoa(static_cast<float>(observed), textBuffer, 'g', 6));
   shiftTable.setCell(row, "CS_ADJ", ftoa(adjustment, textBuffer, 'g', 6));
