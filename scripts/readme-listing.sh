@@ -5,7 +5,7 @@
 #   scripts/readme-listing.sh --update   put the present output into README.md
 #
 # The listing is the block between the two "demo listing" comments: the standard output of the
-# YbbR example without the running time. Needs build/release/citrans.
+# YbbR example without the running time and the blanks at line ends. Needs build/release/citrans.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -16,7 +16,7 @@ env -u CITRANS_DIR build/release/citrans -in examples/ybbr.tab -ref examples/ybb
 
 {
   echo '```text'
-  grep -v '^ Running time: ' "$scratch/output" | sed -e '${/^$/d}'
+  grep -v '^ Running time: ' "$scratch/output" | sed -e 's/ *$//' -e '${/^$/d}'
   echo '```'
 } >"$scratch/block"
 
