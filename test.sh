@@ -78,7 +78,7 @@ check_format() {
 
 check_scripts() {
   local script status=0
-  for script in demo.sh test.sh .ci/run scripts/*.sh; do
+  for script in demo.sh test.sh .ci/run scripts/*.sh packaging/*.sh; do
     bash -n "$script" || status=1
   done
   return $status
@@ -130,6 +130,7 @@ if [[ $quick == no ]]; then
   stage clang build_and_test clang
   stage sanitize build_and_test sanitize
   stage release build_and_compare_listing
+  stage package packaging/test.sh
   stage tidy build tidy
 fi
 if [[ $coverage == yes ]]; then
