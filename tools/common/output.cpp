@@ -1,6 +1,7 @@
 #include "tools/common/output.h"
 
 #include <cstdio>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "table/file_io.h"
@@ -15,6 +16,18 @@ void writeStandardOutput(const std::string& text) {
   }
 }
 
+/// Whether something stands at the path that a file must not replace: a device, a pipe, a folder.
+bool isNoPlainFile(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
+bool writeTo(const std::string& path, const std::string& text) {
+  OutputFile file(path);
+  file.buffer() = text;
+  return file.close();
+}
+
 } // namespace
 
 void writeWholeFile(const std::string& path, const std::string& text) {
@@ -22,11 +35,13 @@ void writeWholeFile(const std::string& path, const std::string& text) {
     writeStandardOutput(text);
     return;
   }
-  const std::string beside = path + ".part" + std::to_string(getpid());
-  OutputFile file(beside);
-  file.buffer() = text;
-  if (!file.close() || std::rename(beside.c_str(), path.c_str()) != 0) {
-    std::remove(beside.c_str());
+  const bool direct = isNoPlainFile(path);
+  const std::string beside = direct ? path : path + ".part" + std::to_string(getpid());
+  const bool written = writeTo(beside, text);
+  if (!written || (!direct && std::rename(beside.c_str(), path.c_str()) != 0)) {
+    if (!direct) {
+      std::remove(beside.c_str());
+    }
     throw ToolError(ToolStatus::cannotWrite, path + ": cannot write");
   }
 }
