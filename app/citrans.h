@@ -85,6 +85,13 @@ class CITRANS {
   /// sequence, columns or rows, and after saving when only a check was asked for.
   void getResInfo();
 
+  /// The steps of `getResInfo` that make the secondary shifts, without messages or files: fills
+  /// `shiftTable`, `missCount`, `adjustments` and `cgShifts` for the residues 1 to `residueCount`
+  /// from `sequence`, `inputTable` and the reference tables.
+  void fillShiftTable();
+  /// Takes `offsets` off the secondary shifts and off the prolines' CG.
+  void subtractOffsets();
+
   /// Bounds a secondary shift by the limits of its residue and atom. A missing shift stays; a
   /// residue without limits is bounded to 0. Adds an empty sequence entry for an unknown residue.
   float clipSShift(int residue, float secondaryShift, const std::string& atom);

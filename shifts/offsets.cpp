@@ -15,10 +15,14 @@ std::string_view offsetKey(std::string_view atom) {
 
 } // namespace
 
-void CITRANS::applyOffsets() {
+void CITRANS::subtractOffsets() {
   for (std::size_t row = 0; row < shiftTable.rowCount(); ++row) {
     applyOffset(row);
   }
+}
+
+void CITRANS::applyOffsets() {
+  subtractOffsets();
   reportOffset("CA", "13Ca and 13Cb");
   reportOffset("HA", "1Ha");
   reportOffset("C", "13C'");

@@ -28,25 +28,20 @@ constexpr Nucleus carbonyl = {
     -0.272, 0.226, "  Not enough C' shifts to check C' chemical shift referencing offset ...\n",
     " Estimated Referencing Offset for C':    %6.3f +/- %6.3fppm Size: %3d\n"};
 
-struct Estimate {
-  float offset = 0;
-  float error = 0;
-};
-
-Estimate fitSet(const CITRANS& run, const PointSet& set, double intercept) {
+OffsetEstimate fitSet(const CITRANS& run, const PointSet& set, double intercept) {
   float slope = 0;
   float fitted = 0;
-  Estimate estimate;
+  OffsetEstimate estimate;
   run.LinearLeastSquareFitting(set.x, set.y, slope, fitted, estimate.error);
   estimate.offset = static_cast<float>(static_cast<double>(fitted) - intercept);
   return estimate;
 }
 
 /// Means of both sets, weighted by their numbers of points.
-Estimate combine(const Estimate& negative, float negatives, const Estimate& positive,
-                 float positives) {
+OffsetEstimate combine(const OffsetEstimate& negative, float negatives,
+                       const OffsetEstimate& positive, float positives) {
   const float all = negatives + positives;
-  Estimate both;
+  OffsetEstimate both;
   both.offset = (positive.offset * positives + negative.offset * negatives) / all;
   both.error = std::sqrt((positive.error * positive.error * positives * positives +
                           negative.error * negative.error * negatives * negatives) /
@@ -54,9 +49,16 @@ Estimate combine(const Estimate& negative, float negatives, const Estimate& posi
   return both;
 }
 
-Estimate estimateFrom(const CITRANS& run, const Nucleus& nucleus, const PointSets& points) {
-  const Estimate negative = fitSet(run, points.negative, nucleus.negativeIntercept);
-  const Estimate positive = fitSet(run, points.positive, nucleus.positiveIntercept);
+bool hasShortage(const PointSets& points) {
+  const std::size_t negatives = points.negative.x.size();
+  const std::size_t positives = points.positive.x.size();
+  return negatives < fewestPoints && positives < fewestPoints && negatives + positives > 0;
+}
+
+/// Offset and error only; both 0 when neither set has points enough.
+OffsetEstimate fitSets(const CITRANS& run, const Nucleus& nucleus, const PointSets& points) {
+  const OffsetEstimate negative = fitSet(run, points.negative, nucleus.negativeIntercept);
+  const OffsetEstimate positive = fitSet(run, points.positive, nucleus.positiveIntercept);
   const std::size_t negatives = points.negative.x.size();
   const std::size_t positives = points.positive.x.size();
   if (positives >= fewestPoints && negatives >= fewestPoints) {
@@ -69,31 +71,36 @@ Estimate estimateFrom(const CITRANS& run, const Nucleus& nucleus, const PointSet
   if (negatives >= fewestPoints) {
     return negative;
   }
-  if (negatives + positives > 0) {
-    std::fputs(nucleus.shortage, stderr);
-  }
   return {};
+}
+
+OffsetEstimate fitNucleus(const CITRANS& run, const Nucleus& nucleus, const PointSets& points) {
+  OffsetEstimate estimate = fitSets(run, nucleus, points);
+  estimate.points = points.negative.x.size() + points.positive.x.size();
+  estimate.counts = std::fabs(estimate.offset) > significantErrors * estimate.error &&
+                    estimate.error > 0 && estimate.points > fewestPoints;
+  return estimate;
 }
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-void printEstimate(const char* format, const Estimate& estimate, std::size_t points) {
+void printEstimate(const char* format, const OffsetEstimate& estimate) {
   std::printf(format, static_cast<double>(estimate.offset), static_cast<double>(estimate.error),
-              static_cast<int>(points));
+              static_cast<int>(estimate.points));
 }
 #pragma GCC diagnostic pop
 
 /// Estimates, and prints and records an offset that counts under each key.
 void recordOffset(CITRANS& run, const Nucleus& nucleus, const PointSets& points,
                   std::initializer_list<const char*> keys) {
-  const Estimate estimate = estimateFrom(run, nucleus, points);
-  const std::size_t count = points.negative.x.size() + points.positive.x.size();
-  const bool counts = std::fabs(estimate.offset) > significantErrors * estimate.error &&
-                      estimate.error > 0 && count > fewestPoints;
-  if (!counts) {
+  if (hasShortage(points)) {
+    std::fputs(nucleus.shortage, stderr);
+  }
+  const OffsetEstimate estimate = fitNucleus(run, nucleus, points);
+  if (!estimate.counts) {
     return;
   }
-  printEstimate(nucleus.estimate, estimate, count);
+  printEstimate(nucleus.estimate, estimate);
   for (const char* key : keys) {
     run.offsets[key] = estimate.offset;
   }
@@ -105,6 +112,11 @@ void PointSets::add(float difference, float value) {
   PointSet& set = difference < 0 ? negative : positive;
   set.x.push_back(difference);
   set.y.push_back(value);
+}
+
+OffsetEstimates fitOffsets(const CITRANS& run, const ReferencingPoints& points) {
+  return {fitNucleus(run, alphaBetaCarbon, points.ca), fitNucleus(run, alphaProton, points.ha),
+          fitNucleus(run, carbonyl, points.c)};
 }
 
 void estimateOffsets(CITRANS& run, const ReferencingPoints& points) {

@@ -12,11 +12,7 @@ void CITRANS::getResInfo() {
   requireInput();
   reconcileResidueNames();
   limitResidueRange();
-  for (int residue = 1; residue <= residueCount; ++residue) {
-    addResidue(residue);
-  }
-  // The places beyond the chain ends count as residues without any shift.
-  missCount[0] = missCount[residueCount + 1] = static_cast<int>(atomNames.size());
+  fillShiftTable();
   if (isoOn) {
     shiftTable.addRemark(" Deuterium Isotope Shifts Correction Applied for 13Ca and 13Cb Nuclei");
   }
@@ -28,6 +24,14 @@ void CITRANS::getResInfo() {
   if (checkOnly) {
     endRun(-1);
   }
+}
+
+void CITRANS::fillShiftTable() {
+  for (int residue = 1; residue <= residueCount; ++residue) {
+    addResidue(residue);
+  }
+  // The places beyond the chain ends count as residues without any shift.
+  missCount[0] = missCount[residueCount + 1] = static_cast<int>(atomNames.size());
 }
 
 void CITRANS::addResidue(int residue) {

@@ -54,36 +54,49 @@ void printOutlier(int residue, const std::string& name, const std::string& atom,
   std::puts(marked ? " !" : "");
 }
 
-/// Reports shifts beyond their limits and gathers all, unbounded, by residue.
-CheckedResidues checkOutliers(CITRANS& run) {
+std::string checkedAtom(std::string_view named) {
+  return std::string(named == "H" ? "HN" : named);
+}
+
+/// Prints every shift beyond its limit.
+void reportOutliers(CITRANS& run) {
   std::puts("\nChecking for Chemical Shift Outliers ...");
-  CheckedResidues residues;
   const GDB& table = run.shiftTable;
   for (std::size_t row = 0; row < table.rowCount(); ++row) {
-    const std::string_view residueText = table.cell(row, "RESID");
-    const std::string_view named = table.cell(row, "ATOMNAME");
-    const std::string atom(named == "H" ? "HN" : named);
+    const std::string atom = checkedAtom(table.cell(row, "ATOMNAME"));
     const double secondary = parseDouble(table.cell(row, "SHIFT"));
     const float single = static_cast<float>(secondary);
-    const int residue = parseInt(residueText);
+    const int residue = parseInt(table.cell(row, "RESID"));
     const float limit = run.clipSShift(residue, single, atom);
     if (limit != single) {
       printOutlier(residue, run.sequence[residue], atom, secondary, limit);
     }
+  }
+}
+
+/// All secondary shifts, unbounded, by residue.
+CheckedResidues gatherResidues(const GDB& table) {
+  CheckedResidues residues;
+  for (std::size_t row = 0; row < table.rowCount(); ++row) {
+    const std::string_view residueText = table.cell(row, "RESID");
     auto known = residues.find(residueText);
     if (known == residues.end()) {
       known = residues.emplace(residueText, CheckedResidue()).first;
     }
-    known->second.set(atom, single);
+    known->second.set(checkedAtom(table.cell(row, "ATOMNAME")),
+                      parseFloat(table.cell(row, "SHIFT")));
   }
   return residues;
 }
 
-ReferencingPoints gatherPoints(const CITRANS& run, const CheckedResidues& residues) {
+} // namespace
+
+ReferencingPoints gatherReferencingPoints(const CITRANS& run) {
   ReferencingPoints points;
-  for (const auto& [residueText, shifts] : residues) {
+  for (const auto& [residueText, shifts] : gatherResidues(run.shiftTable)) {
     const auto name = run.sequence.find(parseInt(residueText));
-    if (isMissing(shifts.ca) || isMissing(shifts.cb) || isLeftOut(name->second)) {
+    if (isMissing(shifts.ca) || isMissing(shifts.cb) ||
+        (name != run.sequence.end() && isLeftOut(name->second))) {
       continue;
     }
     const float difference = shifts.ca - shifts.cb;
@@ -98,11 +111,9 @@ ReferencingPoints gatherPoints(const CITRANS& run, const CheckedResidues& residu
   return points;
 }
 
-} // namespace
-
 void CITRANS::checkCS() {
-  const CheckedResidues residues = checkOutliers(*this);
-  const ReferencingPoints points = gatherPoints(*this, residues);
+  reportOutliers(*this);
+  const ReferencingPoints points = gatherReferencingPoints(*this);
   std::puts("\nChecking Chemical Shift Referencing ...");
   estimateOffsets(*this, points);
 }
