@@ -4,7 +4,7 @@
 #   scripts/install-deps.sh [build|test|coverage]...      (default: build)
 #
 # build     cmake, ninja and g++: enough for the program
-# test      build, clang with its tools and sanitizers, GoogleTest, mandoc
+# test      build, clang with its tools and sanitizers, GoogleTest, mandoc, packaging
 # coverage  test and gcovr
 #
 # Installs only what is missing, and says nothing and needs no network when nothing is. Works as
@@ -13,6 +13,7 @@ set -euo pipefail
 
 build_needs="cmake ninja-build g++"
 test_needs="$build_needs clang libclang-rt-dev clang-tidy clang-format libgtest-dev mandoc"
+test_needs="$test_needs file dpkg-dev" # for the DEB
 coverage_needs="$test_needs gcovr"
 
 wanted=""
@@ -33,6 +34,7 @@ done
 is_there() {
   case "$1" in
     ninja-build) command -v ninja ;;
+    dpkg-dev) command -v dpkg-shlibdeps ;;
     clang) command -v clang++ ;;
     libclang-rt-dev) compgen -G '/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-*.a' ;;
     libgtest-dev) test -e /usr/include/gtest/gtest.h -o -e /usr/local/include/gtest/gtest.h ;;
