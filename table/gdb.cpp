@@ -1,5 +1,6 @@
 #include "table/gdb.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "table/run_end.h"
@@ -19,11 +20,15 @@ void GDB::clearRows() {
   rows_.clear();
 }
 
-void GDB::setEntry(int row, const std::string& name, const std::string& value) {
-  if (columnIndex(name) == columnNames_.size()) {
-    std::fputs(("\tInvalid varible name '" + name + "'\n").c_str(), stderr);
+void GDB::requireColumn(std::string_view name) const {
+  if (std::find(columnNames_.begin(), columnNames_.end(), name) == columnNames_.end()) {
+    std::fputs(("\tInvalid varible name '" + std::string(name) + "'\n").c_str(), stderr);
     endRun(0);
   }
+}
+
+void GDB::setEntry(int row, const std::string& name, const std::string& value) {
+  requireColumn(name);
   rows_.set(rows_.findOrInsert(row), rows_.slot(name), value);
 }
 
@@ -114,6 +119,7 @@ std::size_t GDB::appendRowFrom(const GDB& other, std::size_t position) {
 }
 
 void GDB::setCell(std::size_t position, std::string_view name, std::string_view text) {
+  requireColumn(name);
   rows_.set(position, rows_.slot(name), text);
 }
 

@@ -131,7 +131,7 @@ class GDB {
   /// Opens a new row with all cells of another table's row, columns or not; the other table must
   /// outlive the rows of this one. \return its position
   std::size_t appendRowFrom(const GDB& other, std::size_t position);
-  /// Sets a cell under any name, column or not; only columns are written to files.
+  /// Sets one cell, as `setEntry` does.
   void setCell(std::size_t position, std::string_view name, std::string_view text);
 
   /// Takes over remarks, header items, columns, formats and residue names of another table, and
@@ -194,6 +194,7 @@ class GDB {
   void clearRows();
   void setColumn(std::size_t index, const std::string& name, const std::string& format);
   std::size_t columnIndex(const std::string& name) const;
+  void requireColumn(std::string_view name) const;
   bool acceptsColumn(const std::string& name, const std::string& format) const;
   Entry copyRow(std::size_t position) const;
 
