@@ -2,12 +2,13 @@
 
 #include <cstdio>
 
+#include "table/message_text.h"
 #include "table/run_end.h"
 
 namespace {
 
 [[noreturn]] void refuse(const std::string& name) {
-  std::fputs((" Invaid arg name -" + name + "\n").c_str(), stderr);
+  std::fputs((" Invaid arg name -" + messageText(name) + "\n").c_str(), stderr);
   endRun(0);
 }
 

@@ -1,13 +1,14 @@
 #include <cstdio>
 
 #include "app/citrans.h"
+#include "table/message_text.h"
 
 void CITRANS::runPredict() {
   init();
   if (noPath) {
     std::puts("Analyzing Chemical Shifts ");
   } else {
-    std::printf("Analyzing %s ...\n", inName.c_str());
+    std::printf("Analyzing %s ...\n", messageText(inName).c_str());
   }
   getResInfo();
 

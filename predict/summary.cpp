@@ -2,6 +2,7 @@
 
 #include "app/citrans.h"
 #include "app/version.h"
+#include "table/message_text.h"
 #include "table/number.h"
 
 namespace {
@@ -74,8 +75,8 @@ void CITRANS::printListing(const GDB& summary) const {
                           : "  #RES1 RES2 RES3 P_CIS  P_CIS_NORM\n");
   for (std::size_t row = 0; row < summary.rowCount(); ++row) {
     const int proline = parseInt(summary.cell(row, "RESID"));
-    const std::string before(summary.cell(row, "RESNAME_R1"));
-    const std::string after(summary.cell(row, "RESNAME_R3"));
+    const std::string before = messageText(summary.cell(row, "RESNAME_R1"));
+    const std::string after = messageText(summary.cell(row, "RESNAME_R3"));
     std::printf("   %1s%-3d %1s%-3d %1s%-3d %-6.3f %-6.3f", before.c_str(), proline - 1, "P",
                 proline, after.c_str(), proline + 1, parseDouble(summary.cell(row, "P_CIS")),
                 parseDouble(summary.cell(row, "P_CIS_NORM")));

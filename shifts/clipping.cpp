@@ -1,6 +1,7 @@
 #include <cstdio>
 
 #include "app/citrans.h"
+#include "table/message_text.h"
 #include "table/number.h"
 
 float CITRANS::clipSShift(int residue, float secondaryShift, const std::string& atom) {
@@ -19,8 +20,9 @@ float CITRANS::clipSShift(int residue, float secondaryShift, const std::string& 
   }
   // Dormant: no option sets `reportClip`.
   if (reportClip && !quiet) {
-    std::printf(" Clipped %3d %s %3s Secondary Shift: %8.3f Limit: %8.3f\n", residue, name.c_str(),
-                atom.c_str(), static_cast<double>(secondaryShift), static_cast<double>(bounded));
+    std::printf(" Clipped %3d %s %3s Secondary Shift: %8.3f Limit: %8.3f\n", residue,
+                messageText(name).c_str(), messageText(atom).c_str(),
+                static_cast<double>(secondaryShift), static_cast<double>(bounded));
   }
   return bounded;
 }

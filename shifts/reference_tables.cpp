@@ -1,6 +1,7 @@
 #include <cstdio>
 
 #include "app/citrans.h"
+#include "table/message_text.h"
 #include "table/number.h"
 
 namespace {
@@ -31,7 +32,7 @@ void CITRANS::init() {
 
 void CITRANS::reportReading(const char* what, const std::string& name) const {
   if (!noPath) {
-    std::printf("Reading %s from %s\n", what, name.c_str());
+    std::printf("Reading %s from %s\n", what, messageText(name).c_str());
   }
 }
 

@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "app/citrans.h"
+#include "table/message_text.h"
 #include "table/number.h"
 #include "table/run_end.h"
 
@@ -11,7 +12,7 @@ constexpr int lowestBeforeAny = 999;
 constexpr int highestBeforeAny = -999;
 
 [[noreturn]] void refuseInput(const std::string& message) {
-  std::fputs((message + "\n").c_str(), stderr);
+  std::fputs((messageText(message) + "\n").c_str(), stderr);
   endRun(-1);
 }
 
@@ -53,7 +54,7 @@ void CITRANS::reconcileResidueNames() {
       std::fprintf(stderr,
                    "WARNING: Unmatched name for residue %d between header (%s) and chemical shift "
                    "table (%s)\n",
-                   residue, known.first->second.c_str(), name.c_str());
+                   residue, messageText(known.first->second).c_str(), messageText(name).c_str());
     }
   }
 }

@@ -4,6 +4,7 @@
 
 #include "app/citrans.h"
 #include "shifts/referencing.h"
+#include "table/message_text.h"
 #include "table/number.h"
 
 namespace {
@@ -48,8 +49,9 @@ float markFactor(const std::string& atom) {
 
 void printOutlier(int residue, const std::string& name, const std::string& atom, double shift,
                   float limit) {
-  std::printf("  %3d %s %3s Secondary Shift: %8.3f    Limit: %8.3f", residue, name.c_str(),
-              atom.c_str(), shift, static_cast<double>(limit));
+  std::printf("  %3d %s %3s Secondary Shift: %8.3f    Limit: %8.3f", residue,
+              messageText(name).c_str(), messageText(atom).c_str(), shift,
+              static_cast<double>(limit));
   const bool marked = std::fabs(static_cast<float>(shift)) > markFactor(atom) * std::fabs(limit);
   std::puts(marked ? " !" : "");
 }

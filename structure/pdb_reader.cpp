@@ -4,6 +4,7 @@
 
 #include "structure/pdb.h"
 #include "table/file_io.h"
+#include "table/message_text.h"
 #include "table/number.h"
 #include "table/run_end.h"
 
@@ -76,7 +77,7 @@ void PDB::loadPDB(const std::string& path) {
   fileName = path;
   FileText file;
   if (!readWholeFile(path, file)) {
-    std::fputs(("\tCan't open file " + path + " for reading\n").c_str(), stderr);
+    std::fputs(("\tCan't open file " + messageText(path) + " for reading\n").c_str(), stderr);
     endRun(0);
   }
   clear();

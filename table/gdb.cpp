@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "table/message_text.h"
 #include "table/run_end.h"
 
 GDB::GDB() = default;
@@ -22,7 +23,7 @@ void GDB::clearRows() {
 
 void GDB::requireColumn(std::string_view name) const {
   if (std::find(columnNames_.begin(), columnNames_.end(), name) == columnNames_.end()) {
-    std::fputs(("\tInvalid varible name '" + std::string(name) + "'\n").c_str(), stderr);
+    std::fputs(("\tInvalid varible name '" + messageText(name) + "'\n").c_str(), stderr);
     endRun(0);
   }
 }

@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "table/gdb.h"
+#include "table/message_text.h"
 #include "table/run_end.h"
 
 namespace {
@@ -20,7 +21,7 @@ constexpr PresetClass presetClasses[] = {
 };
 
 void report(const std::string& message) {
-  std::fputs((message + "\n").c_str(), stderr);
+  std::fputs((messageText(message) + "\n").c_str(), stderr);
 }
 
 bool isConversionLetter(char c) {

@@ -2,6 +2,7 @@
 
 #include "table/file_io.h"
 #include "table/gdb.h"
+#include "table/message_text.h"
 #include "table/number.h"
 #include "table/run_end.h"
 
@@ -57,7 +58,7 @@ void GDB::loadGDB(const std::string& fileName) {
   fileName_ = fileName;
   FileText file;
   if (!readWholeFile(fileName, file)) {
-    std::fputs(("\tCan't open file " + fileName + " for reading\n").c_str(), stderr);
+    std::fputs(("\tCan't open file " + messageText(fileName) + " for reading\n").c_str(), stderr);
     endRun(0);
   }
   int rowNumber = 1;

@@ -3,6 +3,7 @@
 #include "table/cell_format.h"
 #include "table/file_io.h"
 #include "table/gdb.h"
+#include "table/message_text.h"
 
 namespace {
 /// Letters of a sequence on one line.
@@ -18,7 +19,7 @@ void GDB::saveGDB(const std::string& fileName) const {
     writeRows(file);
   }
   if (!file.close()) {
-    std::fputs(("\tCan't save file " + fileName + "\n").c_str(), stderr);
+    std::fputs(("\tCan't save file " + messageText(fileName) + "\n").c_str(), stderr);
   }
 }
 
