@@ -1,0 +1,72 @@
+#include "tools/derive/command.h"
+
+#include <cstdio>
+#include <string>
+
+#include "tools/common/tool.h"
+#include "tools/derive/accuracy.h"
+#include "tools/derive/file_set.h"
+#include "tools/derive/pipeline.h"
+
+namespace derive {
+namespace {
+
+constexpr char usage[] =
+    "Usage: citrans-derive tables   DATA [FOLDER]   derive tables into FOLDER (tab)\n"
+    "       citrans-derive accuracy DATA [FOLDER]   measure them into FOLDER (docs)\n"
+    "       citrans-derive --version | --help\n"
+    "\n"
+    "DATA holds training_sequences.tab, training_shifts.tab, training_prolines.tab and\n"
+    "published/*.tsv; tools/derive/README.md describes them.\n";
+
+void report(const std::string& line) {
+  std::fprintf(stderr, "%s: %s\n", program, line.c_str());
+}
+
+/// Name of a data folder in documents, which must not depend on where the folder lies.
+constexpr char dataName[] = "DATA";
+
+void writeAll(const std::string& folder, const std::map<std::string, std::string>& files) {
+  writeFilesTogether(folder, files);
+  report(std::to_string(files.size()) + " files written to " + folder);
+}
+
+void deriveTables(const std::string& data, const std::string& folder) {
+  const Training training = readTraining(data);
+  const Published published = readPublished(data + "/published");
+  const std::vector<bool> all(training.proteins.size(), true);
+  const TableSet tables = Derivation(training, published, report).derive(all, report);
+  const Origin origin = {describeSelection(training, all),
+                         std::string(program) + " tables " + dataName, versionLine(program)};
+  writeAll(folder, tableTexts(tables, origin));
+}
+
+void measureAccuracy(const std::string& data, const std::string& folder) {
+  const Training training = readTraining(data);
+  const Published published = readPublished(data + "/published");
+  const Derivation derivation(training, published, report);
+  writeAll(folder, accuracyDocuments(derivation, report));
+}
+
+} // namespace
+
+int runCommand(int argc, char** argv) {
+  const std::string command = argc > 1 ? argv[1] : "";
+  if (command == "--version" && argc == 2) {
+    std::printf("%s\n", versionLine(program).c_str());
+    return 0;
+  }
+  if (command == "--help" && argc == 2) {
+    std::fputs(usage, stdout);
+    return 0;
+  }
+  const bool tables = command == "tables";
+  if ((!tables && command != "accuracy") || argc < 3 || argc > 4) {
+    throw ToolError(ToolStatus::usage, "tables or accuracy and a folder expected (see --help)");
+  }
+  const std::string folder = argc == 4 ? argv[3] : tables ? "tab" : "docs";
+  (tables ? deriveTables : measureAccuracy)(argv[2], folder);
+  return 0;
+}
+
+} // namespace derive

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tools/derive/adjustments.h"
+#include "tools/derive/statistics_fit.h"
+#include "tools/derive/tables.h"
+#include "tools/derive/training.h"
+
+/// From training data to tables, step by step.
+namespace derive {
+
+/// Receives one line of progress.
+using Progress = std::function<void(const std::string&)>;
+
+/// Everything a derivation starts from, and what does not depend on the selection of proteins.
+class Derivation {
+ public:
+  /// Secondary shifts of all proteins without adjustments.
+  Derivation(const Training& training, const Published& published, const Progress& progress);
+
+  /// Derives all tables from the proteins for which `use` is true.
+  TableSet derive(const std::vector<bool>& use, const Progress& progress) const;
+
+  const Training& training() const { return training_; }
+
+ private:
+  Adjustments fitAdjustmentsOf(const std::vector<bool>& use) const;
+  Limits limitsOf(const std::vector<bool>& use, const ResidueValues& adjustments) const;
+  void fitStatisticsOf(const std::vector<bool>& use, TableSet& tables,
+                       const Progress& progress) const;
+
+  const Training& training_;
+  const Published& published_;
+  std::vector<std::vector<std::array<float, atomCount>>> secondary_;
+};
+
+/// The samples of the chosen proteins' prolines that the program predicts, with the tables' own
+/// secondary shifts and limits.
+std::vector<TrainingSample> makeSamples(const Training& training, const std::vector<bool>& use,
+                                        const TableSet& tables);
+
+/// "N prolines (C cis) of P proteins": what a selection holds.
+std::string describeSelection(const Training& training, const std::vector<bool>& use);
+
+} // namespace derive
