@@ -3,6 +3,7 @@
 
 #include "app/citrans.h"
 #include "app/command_line.h"
+#include "table/run_end.h"
 
 namespace {
 /// Processor-clock ticks per second, as POSIX fixes them.
@@ -22,5 +23,6 @@ int main(int argc, char** argv) {
   citrans.runPredict();
   const double seconds = static_cast<double>(std::clock() - start) / ticksPerSecond;
   std::printf("\n Running time: %g seconds\n", seconds);
+  finishOutput();
   return 0;
 }

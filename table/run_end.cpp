@@ -1,5 +1,6 @@
 #include "table/run_end.h"
 
+#include <cstdio>
 #include <cstdlib>
 
 namespace {
@@ -10,7 +11,15 @@ void endRun(int status) {
   if (installedHandler != nullptr) {
     installedHandler(status);
   }
+  finishOutput();
   std::exit(status);
+}
+
+void finishOutput() {
+  const bool flushed = std::fflush(stdout) == 0;
+  if (!flushed || std::ferror(stdout) != 0) {
+    std::fputs("\tCan't write standard output\n", stderr);
+  }
 }
 
 RunEndHandler setRunEndHandler(RunEndHandler handler) {

@@ -11,5 +11,9 @@ using RunEndHandler = void (*)(int status);
 /// Ends the run with `status` (the shell sees its low eight bits); never returns.
 [[noreturn]] void endRun(int status);
 
+/// Hands over what was printed on standard output, and says so on standard error when any of it was
+/// lost, on a full disk for instance. For every way out of the program.
+void finishOutput();
+
 /// Replaces what `endRun` does; a null handler restores `exit`. Returns the handler before.
 RunEndHandler setRunEndHandler(RunEndHandler handler);
