@@ -1,6 +1,8 @@
 #include "structure/pdb.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <utility>
 #include <vector>
 
 #include "table/gdb.h"
@@ -12,6 +14,14 @@ constexpr int beforeAnyLast = -9999;
 constexpr float longestDisulfide = 2.5F;
 /// Cysteines so close in sequence are never paired.
 constexpr int closestPartner = 3;
+
+bool isCysteine(const std::string& code) {
+  return code == "C" || code == "c";
+}
+
+bool arePartners(int residue, int other) {
+  return std::llabs(static_cast<long long>(other) - residue) > closestPartner;
+}
 } // namespace
 
 PDB::PDB() : firstResID(beforeAnyFirst), lastResID(beforeAnyLast) {}
@@ -39,13 +49,12 @@ CORdata& PDB::atom(int conformer, long long residue, std::string_view atomName) 
 }
 
 bool PDB::isSSBonded(int /*conformer*/, int residue) {
-  const auto isCysteine = [](const std::string& code) { return code == "C" || code == "c"; };
   if (!isCysteine(resCodes[residue])) {
     return false;
   }
   const CORdata sulfur = atom(1, residue, "SG");
   for (const auto& [other, code] : resCodes) {
-    if (isCysteine(code) && std::llabs(static_cast<long long>(other) - residue) > closestPartner &&
+    if (isCysteine(code) && arePartners(residue, other) &&
         getDist(sulfur.coor, atom(1, other, "SG").coor) <= longestDisulfide) {
       return true;
     }
@@ -54,14 +63,18 @@ bool PDB::isSSBonded(int /*conformer*/, int residue) {
 }
 
 void PDB::markDisulfides() {
-  std::vector<int> cysteines;
+  // The test of `isSSBonded` for all cysteines at once: their atoms are sought only once each.
+  std::vector<std::pair<int, const float*>> sulfurs;
   for (const auto& [residue, code] : resCodes) {
-    if (code == "C") {
-      cysteines.push_back(residue);
+    if (isCysteine(code)) {
+      sulfurs.emplace_back(residue, atom(1, residue, "SG").coor);
     }
   }
-  for (const int residue : cysteines) {
-    if (isSSBonded(1, residue)) {
+  for (const auto& [residue, sulfur] : sulfurs) {
+    const auto bonded = [this, number = residue, place = sulfur](const auto& other) {
+      return arePartners(number, other.first) && getDist(place, other.second) <= longestDisulfide;
+    };
+    if (resCodes[residue] == "C" && std::any_of(sulfurs.begin(), sulfurs.end(), bonded)) {
       resCodes[residue] = "c";
       resNames[residue] = "cys";
     }
