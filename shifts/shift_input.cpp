@@ -19,6 +19,7 @@ constexpr int highestBeforeAny = -999;
 } // namespace
 
 void CITRANS::startShiftTable() {
+  shiftTable.layOutFirst({"RESID", "RESNAME", "ATOMNAME", "SHIFT", "CS_OBS", "CS_ADJ"});
   shiftTable.copyHeader(inputTable);
   shiftTable.addVAR("CS_OBS", "%9.3f");
   shiftTable.addVAR("CS_ADJ", "%9.3f");

@@ -1,6 +1,5 @@
 #include "table/gdb.h"
 
-#include <algorithm>
 #include <cstdio>
 
 #include "table/message_text.h"
@@ -22,7 +21,8 @@ void GDB::clearRows() {
 }
 
 void GDB::requireColumn(std::string_view name) const {
-  if (std::find(columnNames_.begin(), columnNames_.end(), name) == columnNames_.end()) {
+  const auto slot = rows_.findSlot(name);
+  if (!slot || *slot >= isColumnSlot_.size() || !isColumnSlot_[*slot]) {
     std::fputs(("\tInvalid varible name '" + messageText(name) + "'\n").c_str(), stderr);
     endRun(0);
   }
@@ -136,9 +136,15 @@ void GDB::copyHeader(const GDB& other) {
   columnNames_ = other.columnNames_;
   columnFormats_ = other.columnFormats_;
   clearRows();
-  columnSlots_.clear();
-  for (const std::string& name : columnNames_) {
-    columnSlots_.push_back(rows_.slot(name));
+  for (RowStore::Slot slot = 0; slot < other.rows_.slotCount(); ++slot) {
+    rows_.slot(other.rows_.slotName(slot));
+  }
+  findColumnSlots();
+}
+
+void GDB::layOutFirst(std::initializer_list<const char*> names) {
+  for (const char* const name : names) {
+    rows_.slot(name);
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <string_view>
@@ -134,8 +135,12 @@ class GDB {
   /// Sets one cell, as `setEntry` does.
   void setCell(std::size_t position, std::string_view name, std::string_view text);
 
+  /// Gives these names the first places in the layout of rows, before any column is declared: rows
+  /// that hold only them stay small, however many columns there are.
+  void layOutFirst(std::initializer_list<const char*> names);
+
   /// Takes over remarks, header items, columns, formats and residue names of another table, and
-  /// drops all rows.
+  /// lays rows out as that table does; drops all rows.
   void copyHeader(const GDB& other);
 
   // --- header items and remarks ------------------------------------------------------------
@@ -192,6 +197,7 @@ class GDB {
   void writeRows(OutputFile& file) const;
 
   void clearRows();
+  void findColumnSlots();
   void setColumn(std::size_t index, const std::string& name, const std::string& format);
   std::size_t columnIndex(const std::string& name) const;
   void requireColumn(std::string_view name) const;
@@ -212,6 +218,8 @@ class GDB {
   std::vector<std::string> columnFormats_;
   /// Row slot of each column; two columns of one name share a slot.
   std::vector<RowStore::Slot> columnSlots_;
+  /// By slot, whether it is that of a column; shorter than there are slots.
+  std::vector<bool> isColumnSlot_;
   RowStore rows_;
   /// Tokens of the line being read, kept to spare an allocation per line.
   std::vector<std::string_view> rowTokens_;

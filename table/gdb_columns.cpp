@@ -81,14 +81,24 @@ void GDB::setVAR(int index, const std::string& name, const std::string& format) 
 void GDB::setColumn(std::size_t index, const std::string& name, const std::string& format) {
   if (index == columnNames_.size()) {
     columnNames_.emplace_back();
-    columnSlots_.emplace_back();
   }
   if (columnFormats_.size() <= index) {
     columnFormats_.resize(index + 1);
   }
   columnNames_[index] = name;
   columnFormats_[index] = format;
-  columnSlots_[index] = rows_.slot(name);
+  findColumnSlots();
+}
+
+void GDB::findColumnSlots() {
+  columnSlots_.clear();
+  for (const std::string& name : columnNames_) {
+    columnSlots_.push_back(rows_.slot(name));
+  }
+  isColumnSlot_.assign(rows_.slotCount(), false);
+  for (const RowStore::Slot slot : columnSlots_) {
+    isColumnSlot_[slot] = true;
+  }
 }
 
 std::size_t GDB::columnIndex(const std::string& name) const {
@@ -117,12 +127,9 @@ bool GDB::isVarFloat(const std::string& name) const {
 }
 
 void GDB::VARS_str_parser(const std::string& text) {
-  clearRows();
+  rows_.reset();
   columnNames_ = split(" ", text);
-  columnSlots_.clear();
-  for (const std::string& name : columnNames_) {
-    columnSlots_.push_back(rows_.slot(name));
-  }
+  findColumnSlots();
 }
 
 void GDB::FORMAT_str_parser(const std::string& text) {

@@ -91,6 +91,7 @@ bool GDB::readRow(std::string_view line, int rowNumber) {
     return false;
   }
   const std::size_t position = rows_.findOrInsert(rowNumber);
+  rows_.reserveRow(position);
   for (std::size_t column = 0; column < columns; ++column) {
     rows_.setView(position, columnSlots_[column], rowTokens_[column]);
   }

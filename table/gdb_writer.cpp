@@ -67,8 +67,9 @@ void GDB::writeRows(OutputFile& file) const {
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     for (std::size_t column = 0; column < formats.size(); ++column) {
       formats[column].append(out, rows_.cellAt(row, columnSlots_[column]));
+      // Within the row: wide columns make a row of any length.
+      file.flushIfLarge();
     }
     out += '\n';
-    file.flushIfLarge();
   }
 }

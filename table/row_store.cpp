@@ -92,7 +92,8 @@ void RowStore::set(std::size_t position, Slot slot, std::string_view text) {
 void RowStore::setView(std::size_t position, Slot slot, std::string_view text) {
   Row& row = rows_[position];
   if (slot >= row.width) {
-    widen(row);
+    // At least doubled, so that setting all cells one by one stays linear.
+    widen(row, std::max<std::size_t>(slot + 1, 2 * std::size_t{row.width}));
   }
   forgetIndexesOf(slot);
   row.cells[slot] = text;
@@ -100,7 +101,9 @@ void RowStore::setView(std::size_t position, Slot slot, std::string_view text) {
 
 std::size_t RowStore::appendCopy(int number, const RowStore& from, std::size_t position) {
   const std::size_t added = findOrInsert(number);
-  for (Slot source = 0; source < from.slotCount(); ++source) {
+  const Slot width = from.rows_[position].width;
+  widen(rows_[added], std::min<std::size_t>(width, names_.size()));
+  for (Slot source = 0; source < width; ++source) {
     const Cell cell = from.cellAt(position, source);
     if (cell.data() != nullptr) {
       const std::string& name = from.names_[source];
@@ -111,8 +114,10 @@ std::size_t RowStore::appendCopy(int number, const RowStore& from, std::size_t p
   return added;
 }
 
-void RowStore::widen(Row& row) {
-  const std::size_t width = names_.size();
+void RowStore::widen(Row& row, std::size_t width) {
+  if (width <= row.width) {
+    return;
+  }
   Cell* const cells = static_cast<Cell*>(cells_.allocate(width * sizeof(Cell)));
   for (std::size_t slot = 0; slot < width; ++slot) {
     new (cells + slot) Cell(slot < row.width ? row.cells[slot] : Cell());
@@ -167,4 +172,10 @@ void RowStore::clear() {
   indexes_.clear();
   cells_.clear();
   texts_.clear();
+}
+
+void RowStore::reset() {
+  clear();
+  names_.clear();
+  slotsByName_.clear();
 }

@@ -32,7 +32,8 @@ class Arena {
 /// Numbered rows of named text cells: an ordered map from row number to a map from name to text,
 /// laid out so that a row costs one small array instead of a tree.
 ///
-/// Names are interned as slots; a row holds its cells by slot. A row's *position* is its place in
+/// Names are interned as slots; a row holds its cells by slot, up to about the highest one set, so
+/// that a row of few cells is small when their slots are. A row's *position* is its place in
 /// ascending order of row numbers, from 0. Appending at the end, reading a cell and the first
 /// match of a value are constant time; a row number that falls between others moves the row list.
 class RowStore {
@@ -67,6 +68,8 @@ class RowStore {
   /// Position of the row with that number, an empty row being inserted when there is none.
   std::size_t findOrInsert(int number);
 
+  /// Makes room for the cells of all slots there are, before most of them are set.
+  void reserveRow(std::size_t position) { widen(rows_[position], names_.size()); }
   /// Sets a cell to a lasting copy of `text`.
   void set(std::size_t position, Slot slot, std::string_view text);
   /// Sets a cell to `text` itself, which must outlive the store (see `adopt`).
@@ -86,6 +89,8 @@ class RowStore {
 
   /// Drops all rows; names keep their slots.
   void clear();
+  /// Drops all rows and names, so that the slots of an earlier set of columns cost nothing.
+  void reset();
 
  private:
   struct Row {
@@ -109,7 +114,7 @@ class RowStore {
     std::unordered_map<Key, std::uint32_t, KeyHash> positions;
   };
 
-  void widen(Row& row);
+  void widen(Row& row, std::size_t width);
   const Index& index(Slot first, Slot second) const;
   Index buildIndex(Slot first, Slot second) const;
   void forgetIndexesOf(Slot slot);
