@@ -1,0 +1,112 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+
+#include "tools/common/output.h"
+#include "tools/common/tool.h"
+#include "tools/report/exports.h"
+#include "tools/report/page.h"
+#include "tools/report/pictures_export.h"
+
+namespace {
+
+constexpr char program[] = "citrans-report";
+
+struct Options {
+  InputPaths paths;
+  bool noclip = false;
+  std::string html, svg, tsv, json, chimerax, pymol;
+};
+
+void declareOptions(CLI::App& app, Options& options) {
+  app.set_version_flag("--version", versionLine(program));
+  app.add_option("summary", options.paths.summary, "summary of citrans; - for standard input")
+      ->required();
+  app.add_option("--shifts", options.paths.shifts,
+                 "secondary-shift table (default: as citrans names it beside the summary)");
+  app.add_option("--tab", options.paths.database,
+                 "folder of the database tables (default: tab below CITRANS_DIR or here)");
+  app.add_option("--map", options.paths.map, "author numbers, from citrans-import --map");
+  app.add_flag("--noclip", options.noclip, "the run had -noclip");
+  app.add_option("-o,--output", options.html,
+                 "HTML page; - for standard output (default when no output is named)");
+  app.add_option("--svg", options.svg, "pictures: one file ending in .svg, or a folder for all");
+  app.add_option("--tsv", options.tsv, "contributions, one a row");
+  app.add_option("--json", options.json, "everything as JSON");
+  app.add_option("--chimerax", options.chimerax, "ChimeraX commands that colour the prolines");
+  app.add_option("--pymol", options.pymol, "PyMOL commands that colour the prolines");
+}
+
+void refuse(const std::string& what) {
+  throw ToolError(ToolStatus::usage, what + "; see --help");
+}
+
+/// A standard stream can carry one thing only.
+void checkStreams(Options& options) {
+  if (options.html.empty() && options.svg.empty() && options.tsv.empty() && options.json.empty() &&
+      options.chimerax.empty() && options.pymol.empty()) {
+    options.html = "-";
+  }
+  int outputs = 0;
+  for (const std::string* name : {&options.html, &options.svg, &options.tsv, &options.json,
+                                  &options.chimerax, &options.pymol}) {
+    outputs += *name == "-" ? 1 : 0;
+  }
+  int inputs = 0;
+  for (const std::string* name :
+       {&options.paths.summary, &options.paths.shifts, &options.paths.map}) {
+    inputs += *name == "-" ? 1 : 0;
+  }
+  if (outputs > 1) {
+    refuse("only one output can go to standard output");
+  }
+  if (inputs > 1) {
+    refuse("only one file can come from standard input");
+  }
+  if (options.paths.summary == "-" && options.paths.shifts.empty()) {
+    refuse("--shifts is needed when the summary comes from standard input");
+  }
+}
+
+void writeAll(const Report& report, const Options& options) {
+  const auto write = [&report](const std::string& name, std::string (*text)(const Report&)) {
+    if (!name.empty()) {
+      writeWholeFile(name, text(report));
+    }
+  };
+  write(options.html, htmlPage);
+  write(options.tsv, tsvText);
+  write(options.json, jsonText);
+  write(options.chimerax, chimeraxText);
+  write(options.pymol, pymolText);
+  if (!options.svg.empty()) {
+    writePictures(report, options.svg);
+  }
+}
+
+int runReport(int argc, char** argv) {
+  CLI::App app("Shows what the calls of citrans rest on: a page with pictures, and its parts.",
+               program);
+  Options options;
+  declareOptions(app, options);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) {
+      return app.exit(error); // --help and --version
+    }
+    throw ToolError(ToolStatus::usage, error.what());
+  }
+  checkStreams(options);
+  const Report report = makeReport(options.paths, !options.noclip);
+  for (const std::string& warning : report.warnings) {
+    std::fprintf(stderr, "%s: warning: %s\n", program, warning.c_str());
+  }
+  writeAll(report, options);
+  return static_cast<int>(ToolStatus::done);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  return runTool(program, runReport, argc, argv);
+}

@@ -1,0 +1,95 @@
+#include "tools/report/picture.h"
+
+#include "tools/report/style.h"
+#include "tools/report/text.h"
+
+namespace {
+
+std::string attribute(const char* name, const std::string& value) {
+  return std::string(" ") + name + "=\"" + value + "\"";
+}
+
+std::string attribute(const char* name, double value) {
+  return attribute(name, coordinate(value));
+}
+
+std::string closed(const std::string& tag, const std::string& hint) {
+  return hint.empty() ? "/>\n" : "><title>" + escaped(hint) + "</title></" + tag + ">\n";
+}
+
+} // namespace
+
+std::string coordinate(double value) {
+  std::string text = plainDecimal(value, 2);
+  while (text.back() == '0') {
+    text.pop_back();
+  }
+  if (text.back() == '.') {
+    text.pop_back();
+  }
+  return text;
+}
+
+std::string barPath(double from, double to, double y, double height, bool cut) {
+  const double tip = to > from ? height / 2 : -height / 2;
+  const auto at = [](double x, double height0) {
+    return coordinate(x) + " " + coordinate(height0);
+  };
+  const double shoulder = cut ? to - tip : to;
+  return "M" + at(from, y) + " L" + at(shoulder, y) + (cut ? " L" + at(to, y + height / 2) : "") +
+         " L" + at(shoulder, y + height) + " L" + at(from, y + height) + " Z";
+}
+
+Picture::Picture(std::string id, double width, double height)
+    : id_(std::move(id)), width_(width), height_(height) {}
+
+void Picture::rectangle(double x, double y, double width, double height, const std::string& style,
+                        const std::string& hint) {
+  body_ += "<rect" + attribute("x", x) + attribute("y", y) + attribute("width", width) +
+           attribute("height", height) + attribute("class", style) + closed("rect", hint);
+}
+
+void Picture::line(double x1, double y1, double x2, double y2, const std::string& style) {
+  body_ += "<line" + attribute("x1", x1) + attribute("y1", y1) + attribute("x2", x2) +
+           attribute("y2", y2) + attribute("class", style) + "/>\n";
+}
+
+void Picture::path(const std::string& commands, const std::string& style, const std::string& hint) {
+  body_ += "<path" + attribute("d", commands) + attribute("class", style) + closed("path", hint);
+}
+
+void Picture::text(double x, double y, const char* anchor, const std::string& style,
+                   const std::string& content) {
+  const bool start = std::string(anchor) == "start";
+  body_ += "<text" + attribute("x", x) + attribute("y", y) +
+           (start ? "" : attribute("text-anchor", std::string(anchor))) +
+           (style.empty() ? "" : attribute("class", style)) + ">" + escaped(content) + "</text>\n";
+}
+
+std::string Picture::element(bool standalone) const {
+  const std::string size = coordinate(width_) + " " + coordinate(height_);
+  std::string svg = "<svg";
+  if (standalone) {
+    svg += attribute("xmlns", std::string("http://www.w3.org/2000/svg"));
+  }
+  svg += attribute("class", std::string("picture")) + attribute("width", width_) +
+         attribute("height", height_) + attribute("viewBox", "0 0 " + size) +
+         attribute("role", std::string("img")) +
+         attribute("aria-labelledby", id_ + "-t " + id_ + "-d") + ">\n";
+  svg += "<title id=\"" + id_ + "-t\">" + escaped(title_) + "</title>\n";
+  svg += "<desc id=\"" + id_ + "-d\">" + escaped(description_) + "</desc>\n";
+  if (standalone) {
+    svg += "<style>\n" + pictureStyle() + "</style>\n";
+    svg += "<rect" + attribute("width", width_) + attribute("height", height_) +
+           attribute("class", std::string("paper")) + "/>\n";
+  }
+  return svg + body_ + "</svg>\n";
+}
+
+std::string Picture::inlined() const {
+  return element(false);
+}
+
+std::string Picture::standalone() const {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + element(true);
+}

@@ -1,0 +1,151 @@
+#include <algorithm>
+#include <cmath>
+
+#include "tools/report/pictures.h"
+#include "tools/report/text.h"
+
+namespace {
+
+constexpr double width = 330;
+constexpr double height = 188;
+constexpr double left = 10;
+constexpr double right = 320;
+constexpr double top = 62;
+constexpr double bottom = 148;
+constexpr double deviationsShown = 3.2;
+constexpr int curvePoints = 96;
+
+/// Chemical shifts to pixels.
+struct Scale {
+  double low = 0, high = 1;
+  double x(double shift) const { return left + (right - left) * (shift - low) / (high - low); }
+};
+
+bool comparable(const Term& term) {
+  return term.cisDeviation > 0 && term.transDeviation > 0;
+}
+
+Scale scaleFor(const Term& term) {
+  Scale scale;
+  scale.low = std::min(term.cis - deviationsShown * term.cisDeviation,
+                       term.trans - deviationsShown * term.transDeviation);
+  scale.high = std::max(term.cis + deviationsShown * term.cisDeviation,
+                        term.trans + deviationsShown * term.transDeviation);
+  if (term.present) {
+    const double margin = 0.05 * (scale.high - scale.low);
+    scale.low = std::min(scale.low, term.used - margin);
+    scale.high = std::max(scale.high, term.used + margin);
+  }
+  return scale;
+}
+
+/// The Gaussian of height 1 as path commands; closed along the axis when it is to be filled.
+std::string curve(const Scale& scale, double mean, double deviation, bool closedShape) {
+  std::string commands;
+  for (int i = 0; i <= curvePoints; ++i) {
+    const double shift = scale.low + (scale.high - scale.low) * i / curvePoints;
+    const double z = (shift - mean) / deviation;
+    const double y = bottom - (bottom - top) * std::exp(-0.5 * z * z);
+    commands += (i == 0 ? "M" : " L") + coordinate(scale.x(shift)) + " " + coordinate(y);
+  }
+  return closedShape ? commands + " L" + coordinate(right) + " " + coordinate(bottom) + " L" +
+                           coordinate(left) + " " + coordinate(bottom) + " Z"
+                     : commands;
+}
+
+double tickStep(double range) {
+  const double wanted = range / 6;
+  const double power = std::pow(10, std::floor(std::log10(wanted)));
+  for (const double factor : {1.0, 2.0, 5.0}) {
+    if (power * factor >= wanted) {
+      return power * factor;
+    }
+  }
+  return power * 10;
+}
+
+void drawAxis(Picture& picture, const Scale& scale, const std::string& caption) {
+  picture.line(left, bottom, right, bottom, "zero");
+  const double step = tickStep(scale.high - scale.low);
+  for (double tick = std::ceil(scale.low / step) * step; tick <= scale.high; tick += step) {
+    const double x = scale.x(tick);
+    picture.line(x, bottom, x, bottom + 4, "zero");
+    if (x > left + 10 && x < right - 10) {
+      picture.text(x, bottom + 17, "middle", "muted small", decimal(tick, step < 1 ? 1 : 0));
+    }
+  }
+  picture.text((left + right) / 2, bottom + 33, "middle", "muted", caption);
+}
+
+/// A place for a name near `x` that the mark of the observed shift does not cross.
+double besideMark(double x, const Scale& scale, const Term& term) {
+  constexpr double room = 23;
+  const double mark = term.present ? scale.x(term.used) : left - room;
+  if (std::fabs(x - mark) >= room) {
+    return x;
+  }
+  return x < mark ? mark - room : mark + room;
+}
+
+/// "cis" and "trans" above their peaks, kept apart and inside.
+void drawPeakNames(Picture& picture, const Scale& scale, const Term& term) {
+  const bool cisFirst = term.cis < term.trans;
+  double first = scale.x(std::min(term.cis, term.trans));
+  double second = scale.x(std::max(term.cis, term.trans));
+  const double apart = 44 - (second - first);
+  if (apart > 0) {
+    first -= apart / 2;
+    second += apart / 2;
+  }
+  first = std::max(besideMark(first, scale, term), left + 16);
+  second = std::min(besideMark(second, scale, term), right - 18);
+  picture.text(first, top - 6, "middle", cisFirst ? "cis" : "trans", cisFirst ? "cis" : "trans");
+  picture.text(second, top - 6, "middle", cisFirst ? "trans" : "cis", cisFirst ? "trans" : "cis");
+}
+
+void drawObserved(Picture& picture, const Scale& scale, const Term& term) {
+  const double x = scale.x(term.used);
+  picture.line(x, top - 22, x, bottom, "mark");
+  const auto at = [x](double dx, double y) { return coordinate(x + dx) + " " + coordinate(y); };
+  picture.path("M" + at(-5, top - 22) + " L" + at(5, top - 22) + " L" + at(0, top - 14) + " Z",
+               "ink");
+  std::string label = "observed " + decimal(term.shift, 2);
+  if (term.clipped) {
+    label += ", clipped to " + decimal(term.used, 2);
+  }
+  const double room = 3.4 * static_cast<double>(label.size());
+  picture.text(std::min(std::max(x, left + room), right - room), top - 27, "middle", "strong",
+               label);
+}
+
+} // namespace
+
+Picture positionPicture(const Report& report, const Term& term) {
+  const std::string residue = report.inputs.residueLabel(term.residue);
+  const bool isCg = term.kind == Term::Kind::cg;
+  Picture picture((isCg ? "cg-" : "cb-") + std::to_string(term.residue), width, height);
+  picture.setTitle(term.atom + " of " + residue + " among cis and trans prolines");
+  picture.setDescription(
+      (term.present ? "Observed " + decimal(term.shift, 2) + " ppm" : std::string("Not observed")) +
+      "; cis " + decimal(term.cis, 2) + " ± " + decimal(term.cisDeviation, 2) + ", trans " +
+      decimal(term.trans, 2) + " ± " + decimal(term.transDeviation, 2) + " ppm.");
+  picture.text(left, 14, "start", "strong", term.atom + (isCg ? " shift" : " secondary shift"));
+  if (!term.present) {
+    picture.text(right, 14, "end", "muted", "no shift in the table");
+  }
+  if (!comparable(term)) {
+    picture.text(left, top, "start", "muted", "no statistics in the database");
+    return picture;
+  }
+  const Scale scale = scaleFor(term);
+  picture.path(curve(scale, term.trans, term.transDeviation, true), "trans-soft");
+  picture.path(curve(scale, term.cis, term.cisDeviation, true), "cis-soft overlay");
+  picture.path(curve(scale, term.trans, term.transDeviation, false), "trans-line");
+  picture.path(curve(scale, term.cis, term.cisDeviation, false), "cis-line");
+  drawPeakNames(picture, scale, term);
+  drawAxis(picture, scale, isCg ? "ppm" : "ppm, observed less random coil");
+  if (term.present) {
+    drawObserved(picture, scale, term);
+  }
+  return picture;
+}

@@ -1,0 +1,140 @@
+#include <algorithm>
+#include <cmath>
+
+#include "tools/report/pictures.h"
+#include "tools/report/text.h"
+
+namespace {
+
+constexpr double left = 40;
+constexpr double step = 7;
+constexpr double barWidth = 5;
+constexpr double headHeight = 34;
+constexpr double trackHeight = 38;
+constexpr double trackGap = 6;
+
+/// The tracks from top to bottom; a bar reaches the edge of its track at the scale.
+constexpr struct {
+  const char* atom;
+  double scale; ///< ppm
+} tracks[] = {{"CA", 5}, {"CB", 5}, {"C", 5}, {"HA", 1}, {"N", 10}, {"HN", 1.5}};
+constexpr double trackCount = sizeof tracks / sizeof tracks[0];
+
+double columnX(int residue, int first) {
+  return left + (residue - first) * step;
+}
+
+double trackMiddle(std::size_t track) {
+  return headHeight + (static_cast<double>(track) + 0.5) * trackHeight +
+         static_cast<double>(track) * trackGap;
+}
+
+double picturesBottom() {
+  return headHeight + trackCount * (trackHeight + trackGap);
+}
+
+bool isOutlier(const Report& report, int residue, const std::string& atom) {
+  return std::any_of(
+      report.check.outliers.begin(), report.check.outliers.end(),
+      [&](const Outlier& outlier) { return outlier.residue == residue && outlier.atom == atom; });
+}
+
+void drawLetters(Picture& picture, const Report& report, int first, int last) {
+  for (int residue = first; residue <= last; ++residue) {
+    const auto name = report.inputs.sequence.find(residue);
+    const ProlineReport* const proline = report.proline(residue);
+    const double middle = columnX(residue, first) + step / 2;
+    std::string style = "letter";
+    if (proline != nullptr) {
+      const std::string call = callName(proline->verdict.call);
+      style += call == "none" ? "" : " " + call;
+      picture.rectangle(columnX(residue, first), 16, step, picturesBottom() - 16,
+                        call == "none" ? "shade" : call + "-soft",
+                        report.inputs.residueLabel(residue) + ": " + proline->verdict.headline);
+    }
+    picture.text(middle, 27, "middle", style,
+                 name == report.inputs.sequence.end() ? "" : name->second);
+    if ((residue - first) % 10 == 0) {
+      picture.text(middle - 3, 12, "start", "muted small", report.inputs.number(residue));
+    }
+  }
+}
+
+void drawTracks(Picture& picture, int first, int last) {
+  const double right = columnX(last + 1, first);
+  for (std::size_t track = 0; track < std::size(tracks); ++track) {
+    const double middle = trackMiddle(track);
+    picture.line(left, middle, right, middle, "zero");
+    picture.text(left - 8, middle, "end", "strong", tracks[track].atom);
+    picture.text(left - 8, middle + 14, "end", "muted small",
+                 "±" + decimal(tracks[track].scale, tracks[track].scale == 1.5 ? 1 : 0));
+  }
+}
+
+/// The marks of one shift: a bar up or down, or a small gap mark.
+void drawShift(Picture& picture, const Report& report, const ShiftRow& row, int first) {
+  const std::string atom = row.atom == "H" ? "HN" : row.atom;
+  for (std::size_t track = 0; track < std::size(tracks); ++track) {
+    if (atom != tracks[track].atom) {
+      continue;
+    }
+    const double shift = std::strtod(row.shiftText.c_str(), nullptr);
+    const double scale = tracks[track].scale;
+    const double length = std::min(std::fabs(shift), scale) / scale * trackHeight / 2;
+    const double middle = trackMiddle(track);
+    const double x = columnX(row.residue, first) + (step - barWidth) / 2;
+    const bool outlier = isOutlier(report, row.residue, atom);
+    picture.rectangle(x, shift > 0 ? middle - length : middle, barWidth, length,
+                      outlier ? "warn" : "bar",
+                      atom + " of " + report.inputs.residueLabel(row.residue) + ": " +
+                          signedDecimal(shift, 2) + " ppm");
+    if (outlier) {
+      picture.text(x + barWidth / 2, shift > 0 ? middle + 12 : middle - 4, "middle", "warn small",
+                   "!");
+    }
+  }
+}
+
+/// Dots where an atom was not observed; prolines have no HN and their N is not used.
+void drawGaps(Picture& picture, const Report& report, int first, int last) {
+  for (int residue = first; residue <= last; ++residue) {
+    const auto name = report.inputs.sequence.find(residue);
+    for (std::size_t track = 0; track < std::size(tracks); ++track) {
+      const std::string atom = tracks[track].atom;
+      const bool expected = name != report.inputs.sequence.end() &&
+                            !(name->second == "P" && (atom == "N" || atom == "HN")) &&
+                            !(name->second == "G" && atom == "CB");
+      const bool found = std::any_of(
+          report.inputs.shifts.begin(), report.inputs.shifts.end(), [&](const ShiftRow& row) {
+            return row.residue == residue &&
+                   (row.atom == atom || (atom == "HN" && row.atom == "H"));
+          });
+      if (expected && !found) {
+        picture.path(barPath(columnX(residue, first) + 2, columnX(residue, first) + 5,
+                             trackMiddle(track) - 1.5, 3, false),
+                     "hollow paper");
+      }
+    }
+  }
+}
+
+} // namespace
+
+Picture sequencePicture(const Report& report, int first, int last) {
+  Picture picture("shifts-" + std::to_string(first), columnX(last + 1, first) + 4,
+                  picturesBottom());
+  picture.setTitle("Secondary shifts of residues " + report.inputs.number(first) + " to " +
+                   report.inputs.number(last));
+  picture.setDescription("Bars above the line are positive, below negative, in ppm; a small square "
+                         "on the line is an atom without a shift, an exclamation mark an outlier. "
+                         "Prolines are shaded by their call.");
+  drawLetters(picture, report, first, last);
+  drawTracks(picture, first, last);
+  drawGaps(picture, report, first, last);
+  for (const ShiftRow& row : report.inputs.shifts) {
+    if (row.residue >= first && row.residue <= last) {
+      drawShift(picture, report, row, first);
+    }
+  }
+  return picture;
+}

@@ -1,0 +1,137 @@
+#include "tools/report/table_file.h"
+
+#include <climits>
+#include <cstdlib>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "table/file_io.h"
+#include "tools/common/tool.h"
+
+namespace {
+
+/// A file in the temporary folder that lives as long as this object: the table reader takes names.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& text) {
+    const char* const folder = std::getenv("TMPDIR");
+    path_ = std::string(folder != nullptr ? folder : "/tmp") + "/citrans-report-XXXXXX";
+    const int descriptor = mkstemp(path_.data());
+    if (descriptor < 0) {
+      throw ToolError(ToolStatus::cannotWrite, path_ + ": cannot write");
+    }
+    ::close(descriptor);
+    OutputFile file(path_);
+    file.buffer() = text;
+    if (!file.close()) {
+      unlink(path_.c_str());
+      throw ToolError(ToolStatus::cannotWrite, path_ + ": cannot write");
+    }
+  }
+  ~TemporaryFile() { unlink(path_.c_str()); }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+std::string upperCase(std::string text) {
+  for (char& c : text) {
+    c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  }
+  return text;
+}
+
+bool isKeyword(const std::string& word) {
+  return word == "REMARK" || word == "DATA" || word == "VARS" || word == "FORMAT";
+}
+
+bool isDirectory(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+} // namespace
+
+std::string readInput(const std::string& path) {
+  FileText file;
+  if (isDirectory(path) || !readWholeFile(path == "-" ? "/dev/stdin" : path, file)) {
+    throw ToolError(ToolStatus::inputMissing, path + ": cannot read");
+  }
+  return std::string(file.view());
+}
+
+TableFile::TableFile(const std::string& path) : name_(path == "-" ? "standard input" : path) {
+  const std::string text = readInput(path);
+  findRows(text);
+  const TemporaryFile copy(text);
+  table_.loadGDB(copy.path());
+}
+
+void TableFile::findRows(std::string_view text) {
+  std::size_t line = 0;
+  std::size_t columns = 0;
+  bool formatSeen = false;
+  for (std::string_view lineText; takeLine(text, lineText);) {
+    ++line;
+    const std::vector<std::string> words = GDB::split_WhiteSpace(std::string(lineText));
+    const std::string first = upperCase(words[0]);
+    if (formatSeen && words.size() == columns && !first.empty()) {
+      rowLines_.push_back(line);
+    } else if (formatSeen && !first.empty() && !isKeyword(first)) {
+      skippedLines_.push_back(line);
+    }
+    if ((first == "REMARK" || first == "DATA") && words.size() == 1 &&
+        (first == "DATA" || lineText.size() == first.size())) {
+      throw ToolError(ToolStatus::badData, atLine(name_, line, "nothing after " + first));
+    }
+    if (first == "VARS") {
+      columns = words.size() - 1;
+      rowLines_.clear();
+    } else if (first == "FORMAT") {
+      formatSeen = true;
+      rowLines_.clear();
+    }
+  }
+  if (columns == 0 || !formatSeen) {
+    throw ToolError(ToolStatus::badData, name_ + ": no table (no VARS and FORMAT lines)");
+  }
+}
+
+void TableFile::requireColumn(const std::string& column) const {
+  for (const std::string& name : table_.columnNames()) {
+    if (name == column) {
+      return;
+    }
+  }
+  throw ToolError(ToolStatus::badData, name_ + ": no column " + column);
+}
+
+void TableFile::refuse(std::size_t row, const std::string& column, const char* wanted) const {
+  const std::string what =
+      column + " is not " + wanted + ": " + std::string(table_.cell(row, column));
+  const std::size_t line = row < rowLines_.size() ? rowLines_[row] : 0;
+  throw ToolError(ToolStatus::badData, atLine(name_, line, what));
+}
+
+int TableFile::wholeNumber(std::size_t row, const std::string& column) const {
+  const std::string text(table_.cell(row, column));
+  char* end = nullptr;
+  const long value = std::strtol(text.c_str(), &end, 10);
+  if (text.empty() || *end != '\0' || value < INT_MIN || value > INT_MAX) {
+    refuse(row, column, "a whole number");
+  }
+  return static_cast<int>(value);
+}
+
+double TableFile::number(std::size_t row, const std::string& column) const {
+  const std::string text(table_.cell(row, column));
+  char* end = nullptr;
+  const double value = std::strtod(text.c_str(), &end);
+  if (text.empty() || *end != '\0') {
+    refuse(row, column, "a number");
+  }
+  return value;
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "table/gdb.h"
+
+/// A table file that knows the line of each of its rows, so that a bad cell can be pointed at.
+class TableFile {
+ public:
+  /// Reads a table.
+  ///
+  /// \param path  "-" for standard input
+  /// Throws ToolError: inputMissing when the file cannot be opened or is a directory; badData for a
+  /// file without VARS and FORMAT lines, and for a bare REMARK or DATA line.
+  explicit TableFile(const std::string& path);
+
+  const GDB& table() const { return table_; }
+  /// The name for messages.
+  const std::string& name() const { return name_; }
+  /// Lines after the FORMAT line that are neither rows nor empty nor a keyword's, so not read.
+  const std::vector<std::size_t>& skippedLines() const { return skippedLines_; }
+
+  /// Throws ToolError(badData) unless the table has the column.
+  void requireColumn(const std::string& column) const;
+
+  /// A cell that must be a whole number or a number ("nan" is one). Throws ToolError(badData) with
+  /// the row's line when it is something else.
+  int wholeNumber(std::size_t row, const std::string& column) const;
+  double number(std::size_t row, const std::string& column) const;
+
+ private:
+  void findRows(std::string_view text);
+  [[noreturn]] void refuse(std::size_t row, const std::string& column, const char* wanted) const;
+
+  std::string name_;
+  GDB table_;
+  std::vector<std::size_t> rowLines_;
+  std::vector<std::size_t> skippedLines_;
+};
+
+/// The bytes of a file, or of standard input for "-". Throws ToolError(inputMissing) when it cannot
+/// be opened or is a directory.
+std::string readInput(const std::string& path);
