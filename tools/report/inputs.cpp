@@ -220,6 +220,7 @@ void fillRun(CITRANS& run, const Inputs& inputs, const std::string& folder) {
 
   run.sequence = inputs.sequence;
   run.residueCount = inputs.residueCount;
+  run.shiftTable.VARS_str_parser("RESID RESNAME ATOMNAME SHIFT");
   ShiftIndex shifts;
   for (const ShiftRow& row : inputs.shifts) {
     shifts.emplace(std::make_pair(row.residue, row.atom), &row);

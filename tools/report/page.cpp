@@ -86,7 +86,7 @@ std::string sequenceSection(const Report& report) {
   return html + "</figure>\n</section>\n";
 }
 
-std::string readingSection(const Report& report) {
+std::string readingSection() {
   return "<section>\n<h2>How to read this</h2>\n"
          "<p><strong>P_CIS</strong> is the likelihood of cis when both forms count as equally "
          "frequent; <strong>P_CIS_NORM</strong> takes into account that about one proline in "
@@ -116,5 +116,5 @@ std::string htmlPage(const Report& report) {
   }
   html += "</section>\n";
   return html + sequenceSection(report) + referencingPart(report) + outlierPart(report) +
-         readingSection(report) + "</main>\n</body>\n</html>\n";
+         readingSection() + "</main>\n</body>\n</html>\n";
 }

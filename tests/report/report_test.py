@@ -1,0 +1,302 @@
+"""citrans-report as a user runs it.
+
+usage: report_test.py CITRANS_REPORT CITRANS SOURCE_ROOT
+"""
+import html.parser
+import json
+import math
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree
+
+REPORT, CITRANS, ROOT = (os.path.abspath(path) for path in sys.argv[1:4])
+TAB = os.path.join(ROOT, "tab")
+ATOMS = ["N", "HA", "C", "CA", "CB", "HN"]
+HOSTILE = "<script>alert('1')</script>&\"x"
+
+
+def table(path):
+    """Rows of a table file as dictionaries, and its sequence."""
+    columns, rows, sequence = [], [], ""
+    with open(path) as file:
+        for line in file:
+            words = line.split()
+            if words[:1] == ["VARS"]:
+                columns = words[1:]
+            elif words[:2] == ["DATA", "SEQUENCE"]:
+                sequence += "".join(words[2:])
+            elif columns and len(words) == len(columns):
+                rows.append(dict(zip(columns, words)))
+    return rows, sequence
+
+
+def likelihood(summary_row, shifts, sequence, clip):
+    """ln(cis/trans) and P_CIS of one proline, worked out here from the tables alone."""
+    statistics = {int(row["index"]): row for row in table(os.path.join(TAB, "Pro.cs.tab"))[0]}
+    neighbours = {row["resname"]: row for row in table(os.path.join(TAB, "Pro.seq.tab"))[0]}
+    limits = {row["RESNAME"]: row for row in table(os.path.join(TAB, "sslimit.tab"))[0]}
+    proline = int(summary_row["RESID"])
+    terms = {}
+    for index in range(18):
+        residue, atom = proline - 1 + index // 6, ATOMS[index % 6]
+        if (residue, atom) in shifts:
+            bounds = limits[sequence[residue - 1]]
+            low, high = float(bounds[atom + "_MIN"]), float(bounds[atom + "_MAX"])
+            value = shifts[residue, atom]
+            terms[index] = min(max(value, low), high) if clip else value
+    if float(summary_row["CG_SHIFT"]) < 999:
+        terms[18] = float(summary_row["CG_SHIFT"])
+    log_ratio = 0.0
+    for index, value in terms.items():
+        row = {key: float(text) for key, text in statistics[index].items()}
+        log_ratio += (((value - row["avg_trans"]) / row["std_trans"]) ** 2
+                      - ((value - row["avg_cis"]) / row["std_cis"]) ** 2) / 2
+    before, after = (neighbours[sequence[proline + i]] for i in (-2, 0))
+    log_ratio += math.log(float(before["cis_prev"]) / float(before["trans_prev"]))
+    log_ratio += math.log(float(after["cis_next"]) / float(after["trans_next"]))
+    return log_ratio, 1 / (1 + math.exp(-log_ratio))
+
+
+class Page(html.parser.HTMLParser):
+    """Elements, attributes and text of a page; an element left open is an error."""
+
+    VOID = {"meta", "link", "rect", "line", "path"}
+
+    def __init__(self, text):
+        super().__init__()
+        self.open, self.tags, self.attributes, self.text = [], [], [], ""
+        self.feed(text)
+
+    def handle_starttag(self, tag, attrs):
+        self.tags.append(tag)
+        self.attributes += attrs
+        if tag not in self.VOID or self.get_starttag_text()[-2] != "/" and tag in {"rect", "path"}:
+            self.open.append(tag)
+
+    def handle_startendtag(self, tag, attrs):
+        self.tags.append(tag)
+        self.attributes += attrs
+
+    def handle_endtag(self, tag):
+        if self.open.pop() != tag:
+            raise AssertionError(f"</{tag}> closes another element")
+
+    def handle_data(self, data):
+        self.text += data
+
+
+class Report(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.mkdtemp()
+        self.summary = self.path("out.tab")
+
+    def tearDown(self):
+        shutil.rmtree(self.folder)
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def write(self, name, text):
+        with open(self.path(name), "w") as file:
+            file.write(text)
+        return self.path(name)
+
+    def read(self, name):
+        with open(self.path(name)) as file:
+            return file.read()
+
+    def predict(self, *options, shifts=os.path.join(ROOT, "examples/ybbr.tab")):
+        subprocess.run([CITRANS, "-in", shifts, "-sum", self.summary, "-tabDir", TAB, *options],
+                       check=True, capture_output=True)
+
+    def report(self, *options, status=0, summary=None, stdin=None):
+        run = subprocess.run([REPORT, summary or self.summary, "--tab", TAB, *options],
+                             capture_output=True, text=True, input=stdin, cwd=self.folder)
+        self.assertEqual(run.returncode, status, run.stderr)
+        return run
+
+    def edit(self, name, old, new):
+        text = self.read(name)
+        self.assertIn(old, text)
+        return self.write(name, text.replace(old, new, 1))
+
+    def json(self, *options):
+        return json.loads(self.report(*options, "--json", "-").stdout)
+
+    def test_contributions_add_up_to_the_printed_score(self):
+        with open(os.path.join(ROOT, "examples/ybbr.tab")) as file:
+            odd = file.read().replace("25.6", "55.6")  # one outlier among the shifts
+        stripped = self.write("few.tab", "".join(
+            line + "\n" for line in odd.split("\n")
+            if " CG " not in line and not (" CB " in line and " P " in line)))
+        seen = clipped = 0
+        for shifts in (os.path.join(ROOT, "examples/ybbr.tab"), stripped,
+                       os.path.join(ROOT, "examples/ubiquitin.tab")):
+            for options in ([], ["-noclip"], ["-offset"]):
+                self.predict(*options, shifts=shifts)
+                flags = ["--noclip"] if "-noclip" in options else []
+                prolines = {row["resid"]: row for row in self.json(*flags)["prolines"]}
+                rows, sequence = table(self.path("outAdjCS.tab"))
+                values = {(int(row["RESID"]), row["ATOMNAME"]): float(row["SHIFT"]) for row in rows}
+                for row in table(self.summary)[0]:
+                    mine = prolines[int(row["RESID"])]
+                    log_ratio, p_cis = likelihood(row, values, sequence, not flags)
+                    total = sum(term["ln_ratio"] for term in mine["contributions"])
+                    self.assertAlmostEqual(total, log_ratio, 4)  # statistics in single precision
+                    self.assertAlmostEqual(mine["p_cis"], p_cis, delta=0.0006)
+                    self.assertTrue(mine["sum_agrees"], row)
+                    seen += 1
+                    clipped += sum(t["state"] == "clipped" for t in mine["contributions"])
+        self.assertGreater(seen, 30)
+
+    def test_a_summary_of_another_run_is_noticed(self):
+        self.predict()
+        row = next(line for line in self.read("out.tab").split("\n") if line.startswith(" 82"))
+        self.edit("out.tab", row, row.replace("1.000", "0.400", 1))
+        run = self.report("--json", "out.json")
+        self.assertIn("Pro82: the contributions add up to P_CIS 1.000, but the summary says 0.400",
+                      run.stderr)
+        self.assertFalse(json.loads(self.read("out.json"))["prolines"][-1]["sum_agrees"])
+
+    def test_every_text_from_files_is_escaped(self):
+        self.predict("-inTitle", HOSTILE, "-ref", os.path.join(ROOT, "examples/ybbr_2kpu.pdb"),
+                     "-refTitle", HOSTILE)
+        self.write("map.tsv", f"resid\tauthor\tresname\n82\t{HOSTILE}\tP\n")
+        self.edit("outAdjCS.tab", "VARS", f"REMARK {HOSTILE} referencing offset applied\nVARS")
+        self.report("-o", "page.html", "--map", "map.tsv", "--svg", "svg", "--chimerax", "c.cxc",
+                    "--pymol", "c.pml", "--tsv", "c.tsv")
+        page = Page(self.read("page.html"))
+        self.assertEqual(page.open, [])
+        self.assertNotIn("script", page.tags)
+        self.assertFalse([a for a in page.attributes if a[0].startswith("on") or a[0] == "src"])
+        self.assertGreaterEqual(page.text.count(HOSTILE), 4)
+        self.assertNotIn("<script", self.read("page.html"))
+        for name in ("c.cxc", "c.pml"):
+            self.assertNotIn("script", self.read(name))
+        for name in os.listdir(self.path("svg")):
+            root = xml.etree.ElementTree.parse(self.path("svg/" + name)).getroot()
+            kinds = [child.tag.split("}")[1] for child in root]
+            self.assertEqual(kinds[:2], ["title", "desc"], name)
+        self.assertIn("P82-CG.svg", os.listdir(self.path("svg")))
+
+    def test_bad_input_ends_with_its_status_file_and_line(self):
+        cases = [
+            # file, text, replaced by, status, what the message holds
+            ("out.tab", " 82 S P R", " 8x S P R", 65, "RESID is not a whole number: 8x"),
+            ("out.tab", " 82 S P R", " 83 S P R", 65, "residue 83 is no proline"),
+            ("out.tab", "1.000", "high ", 65, ":38: P_CIS_NORM is not a number: high"),
+            ("out.tab", "P_CIS P_CIS_NORM", "P_CIS P_OTHER", 65, "no column P_CIS_NORM"),
+            ("out.tab", "FORMAT", "FORMER", 65, "no table"),
+            ("out.tab", "REMARK ", "REMARK\nREMARK ", 65, ":1: nothing after REMARK"),
+            ("outAdjCS.tab", "DATA SEQUENCE", "DATA OTHER", 65, "is no proline in the sequence"),
+            ("outAdjCS.tab", "   2 S   CA", "   2 S CA x", 0, "no rows and were not read|no row"),
+            ("map.tsv", "resid", "number", 65, "map.tsv:1: no column resid"),
+            ("map.tsv", "82\t", "82x\t", 65, "map.tsv:2: resid is not a whole number"),
+            ("map.tsv", "\tP", "\tP\n82\t9\tP", 65, "map.tsv:3: resid given twice: 82"),
+            ("map.tsv", "82\t182\tP", "82", 65, "map.tsv:2: too few columns"),
+        ]
+        for name, old, new, status, message in cases:
+            with self.subTest(new):
+                self.predict()
+                self.write("map.tsv", "resid\tauthor\tresname\n82\t182\tP\n")
+                text = self.read(name)
+                last = text.rfind(old) if name == "out.tab" and old[0] in " 1" else text.find(old)
+                self.assertGreaterEqual(last, 0)
+                self.write(name, text[:last] + new + text[last + len(old):])
+                run = self.report("-o", "page.html", "--map", "map.tsv", status=status)
+                self.assertTrue(any(part in run.stderr for part in message.split("|")), run.stderr)
+                self.assertEqual(run.stdout, "")
+                if status:
+                    self.assertEqual(run.stderr.count("\n"), 1, run.stderr)
+                self.assertNotEqual(os.path.exists(self.path("page.html")), status != 0)
+                if not status:
+                    os.remove(self.path("page.html"))
+
+    def test_statuses_and_streams(self):
+        self.predict()
+        cases = [
+            (["--shifts", "none.tab"], 66, "none.tab: cannot read"),
+            (["--shifts", "."], 66, ".: cannot read"),
+            (["--tab", "nowhere"], 66, "nowhere/sslimit.tab: cannot read"),
+            (["-o", "no/such/folder/page.html"], 73, "cannot write"),
+            (["--svg", "out.tab"], 73, "out.tab: cannot make the folder"),
+            (["--json", "-", "--tsv", "-"], 1, "only one output"),
+            (["--shifts", "-", "--map", "-"], 1, "only one file"),
+            (["--colour"], 1, "--colour"),
+        ]
+        for options, status, message in cases:
+            with self.subTest(options):
+                run = subprocess.run([REPORT, self.summary] + (
+                    [] if "--tab" in options else ["--tab", TAB]) + options,
+                    capture_output=True, text=True, cwd=self.folder, input="")
+                self.assertEqual((run.returncode, run.stdout), (status, ""), run.stderr)
+                self.assertIn(message, run.stderr)
+        self.assertIn("--chimerax", self.report("--help").stdout)
+        page = self.report().stdout
+        self.assertTrue(page.startswith("<!DOCTYPE html>"))  # nothing of the shift check before it
+        self.assertEqual(page, self.report("-o", "-", "--shifts", "outAdjCS.tab", summary="-",
+                                           stdin=self.read("out.tab")).stdout)
+        self.report(status=1, summary="-", stdin="")
+        self.assertEqual([name for name in os.listdir(self.folder) if ".part" in name], [])
+
+    def test_json_and_colours_carry_author_numbers(self):
+        self.predict()
+        self.write("map.tsv", "resid\tauthor\tresname\n" + "".join(
+            f"{i}\t{i - 50}\tX\n" for i in range(1, 82)) + "82\t32A\tP\n")
+        report = self.json("--map", "map.tsv")
+        self.assertEqual([p["author"] for p in report["prolines"]],
+                         ["-41", "-29", "-19", "-8", "10", "21", "23", "32A"])
+        cis = report["prolines"][-1]
+        self.assertEqual((cis["resid"], cis["call"], cis["settled"]), (82, "cis", True))
+        self.assertEqual([(t["place"], t["atom"]) for t in cis["contributions"][:2]],
+                         [(1, "type"), (1, "N")])
+        self.report("--map", "map.tsv", "--chimerax", "c.cxc", "--pymol", "c.pml")
+        self.assertIn("name citrans_trans :-41,-29,-19,-8,10,21,23 & :PRO\n", self.read("c.cxc"))
+        self.assertIn("name citrans_cis :32A & :PRO\n", self.read("c.cxc"))
+        self.assertIn("resi \\-41+\\-29+\\-19+\\-8+10+21+23\n", self.read("c.pml"))
+
+    def test_referencing_that_would_change_a_call_is_said(self):
+        # Without CG, and with CA and CB 3 ppm too high, trans prolines look like cis ones.
+        lines = []
+        with open(os.path.join(ROOT, "examples/ybbr.tab")) as file:
+            for line in file:
+                words = line.split()
+                if len(words) == 4 and words[0].isdigit() and words[2] == "CG":
+                    continue
+                if len(words) == 4 and words[0].isdigit() and words[2] in ("CA", "CB"):
+                    line = "%4s %1s %4s  %8.3f\n" % (*words[:3], float(words[3]) + 3)
+                lines.append(line)
+        self.predict(shifts=self.write("shifted.tab", "".join(lines)))
+        report = self.json()
+        offsets = {row["nuclei"]: row["offset"] for row in report["offsets"]}
+        self.assertAlmostEqual(offsets["CA and CB"], 3, delta=0.7)
+        before = {p["resid"]: p["call"] for p in report["prolines"]}
+        self.predict("-offset", shifts=self.path("shifted.tab"))
+        corrected = self.json()
+        after = {p["resid"]: p["call"] for p in corrected["prolines"]}
+        self.assertEqual([row["resid"] for row in report["changed_calls"]],
+                         [resid for resid in before if before[resid] != after[resid]])
+        self.assertIn("referencing offset applied", " ".join(corrected["corrections"]))
+        self.assertIn(9, [row["resid"] for row in report["changed_calls"]])
+        self.predict(shifts=self.path("shifted.tab"))
+        self.assertIn("Pro9: subtracting the estimated referencing offsets would change the call",
+                      self.report().stdout)
+
+    def test_prolines_without_a_row_say_why(self):
+        with open(os.path.join(ROOT, "examples/ybbr.tab")) as file:
+            text = file.read()
+        text = text.replace("DATA SEQUENCE SSQTL", "DATA SEQUENCE PSQTL")
+        text = text.replace("VTLQLE HHHHHH", "VTLQLE HHHHHP")
+        self.predict(shifts=self.write("ends.tab", text))
+        prolines = self.json()["prolines"]
+        self.assertIn("first residue", prolines[0]["evidence"])
+        self.assertIn("last residue", prolines[-1]["evidence"])
+        self.assertEqual((prolines[0]["call"], prolines[0]["predicted"]), (None, False))
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])

@@ -1,0 +1,231 @@
+#include <cmath>
+#include <cstdio>
+#include <gtest/gtest.h>
+
+#include "table/run_end.h"
+#include "tools/report/quality.h"
+#include "tools/report/text.h"
+#include "tools/report/verdict.h"
+
+namespace {
+
+TEST(Text, IsSafeInMarkup) {
+  const struct {
+    const char* text;
+    const char* safe;
+  } rows[] = {
+      {"<b a=\"1\" c='2'>&amp;", "&lt;b a=&quot;1&quot; c=&#39;2&#39;&gt;&amp;amp;"},
+      {"caf\xC3\xA9 \xF0\x9F\xA7\xAC", "caf\xC3\xA9 \xF0\x9F\xA7\xAC"},
+      {"a\x01z\x7f", "a\xEF\xBF\xBDz\xEF\xBF\xBD"},
+      {"cut \xC3", "cut \xEF\xBF\xBD"},
+      {"\xC0\xBC", "\xEF\xBF\xBD\xEF\xBF\xBD"},                                 // an overlong "<"
+      {"\xED\xA0\x80", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"},                 // a surrogate
+      {"\xF4\x90\x80\x80", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"}, // past the last
+      {"tab\tstays", "tab\tstays"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(escaped(row.text), row.safe);
+  }
+}
+
+TEST(Text, NumbersSignsAndOdds) {
+  EXPECT_EQ(decimal(-1.25, 1), "−1.2");
+  EXPECT_EQ(decimal(-0.001, 2), "0.00");
+  EXPECT_EQ(signedDecimal(0.001, 2), "0.00");
+  EXPECT_EQ(signedDecimal(0.006, 2), "+0.01");
+  EXPECT_EQ(decimal(std::nan(""), 2), "n/a");
+  const struct {
+    double odds;
+    const char* words;
+  } rows[] = {{1, "1.0 to 1"},       {0.25, "4.0 to 1"},         {9.94, "9.9 to 1"},
+              {150.2, "150 to 1"},   {1000.1, "10³ to 1"},       {4.4e6, "4 × 10⁶ to 1"},
+              {9.7e12, "10¹³ to 1"}, {1 / 2.0e5, "2 × 10⁵ to 1"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(oddsText(std::log(row.odds)), row.words);
+  }
+}
+
+TEST(Capture, KeepsBothStreamsAndGivesThemBack) {
+  const Printed printed = capture([] {
+    std::puts("to output");
+    std::fputs("to error\n", stderr);
+  });
+  EXPECT_EQ(printed.standardOutput, "to output\n");
+  EXPECT_EQ(printed.standardError, "to error\n");
+  testing::internal::CaptureStdout();
+  std::puts("after");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "after\n");
+  EXPECT_THROW(capture([] { throw std::runtime_error("within"); }), std::runtime_error);
+}
+
+/// Ala-Ala-Pro-Gly-Ala with every kind of term around the proline. Each statistic has its own
+/// means, so that a mistaken index shows.
+class OneProline : public testing::Test {
+ protected:
+  OneProline() {
+    // A refusal of the core would end the tests with status 0.
+    setRunEndHandler([](int) { throw std::logic_error("the core ended the run"); });
+    run.shiftTable.VARS_str_parser("RESID RESNAME ATOMNAME SHIFT");
+    inputs.sequence = {{1, "A"}, {2, "A"}, {3, "P"}, {4, "G"}, {5, "A"}};
+    inputs.residueCount = 5;
+    run.sequence = inputs.sequence;
+    run.residueCount = 5;
+    for (int index = 0; index <= 18; ++index) {
+      run.proAvgCis[index] = static_cast<float>(index);
+      run.proAvgTrans[index] = 0;
+      run.proStdCis[index] = 2;
+      run.proStdTrans[index] = 4;
+    }
+    run.proCisSeq["A"] = {{1, 0.06F}, {3, 0.5F}};
+    run.proTransSeq["A"] = {{1, 0.03F}, {3, 0.5F}};
+    run.proCisSeq["G"] = {{1, 0.5F}, {3, 0.02F}};
+    run.proTransSeq["G"] = {{1, 0.5F}, {3, 0.08F}};
+    run.limitsTable.VARS_str_parser("RESNAME CA_MIN CA_MAX CB_MIN CB_MAX HN_MIN HN_MAX");
+    for (const char* name : {"A", "P", "G"}) {
+      const std::size_t row = run.limitsTable.appendRow();
+      run.limitsTable.setCell(row, "RESNAME", name);
+      for (const char* atom : {"CA", "CB", "HN"}) {
+        run.limitsTable.setCell(row, std::string(atom) + "_MIN", "-4");
+        run.limitsTable.setCell(row, std::string(atom) + "_MAX", "4");
+      }
+    }
+    run.cgShifts[3] = shift::missing;
+  }
+
+  void addShift(int residue, const char* atom, const char* text) {
+    ShiftRow row;
+    row.residue = residue;
+    row.atom = atom;
+    row.shiftText = text;
+    row.rounding = 0.0005;
+    inputs.shifts.push_back(row);
+    setRow(residue, atom, text);
+  }
+  void setRow(int residue, const char* atom, const char* text) {
+    const std::size_t row = run.shiftTable.appendRow();
+    run.shiftTable.setCell(row, "RESID", std::to_string(residue));
+    run.shiftTable.setCell(row, "ATOMNAME", atom);
+    run.shiftTable.setCell(row, "SHIFT", text);
+  }
+  void fillGaps() {
+    for (int residue = 2; residue <= 4; ++residue) {
+      for (const auto& [index, atom] : run.atomNames) {
+        const std::string number = std::to_string(residue);
+        if (run.shiftTable.findRow("RESID", number, "ATOMNAME", atom) == GDB::noRow) {
+          setRow(residue, atom.c_str(), "9999");
+        }
+      }
+    }
+  }
+  const Term& term(const Evidence& evidence, int place, const char* atom) {
+    for (const Term& candidate : evidence.terms) {
+      if (candidate.place == place && candidate.atom == atom) {
+        return candidate;
+      }
+    }
+    throw std::out_of_range(atom);
+  }
+
+  CITRANS run;
+  Inputs inputs;
+};
+
+TEST_F(OneProline, ContributionsAreThoseWorkedOutByHand) {
+  addShift(2, "CA", "2.000");  // index 3: (2/4)^2/2 - ((2-3)/2)^2/2 = 0.125 - 0.125
+  addShift(3, "CB", "9.000");  // index 10, clipped to 4: 1/2 - ((4-10)/2)^2/2 = -4
+  addShift(4, "HN", "-2.000"); // index 17: 0.125 - (19/2)^2/2 = -45
+  run.cgShifts[3] = 20;        // index 18: 12.5 - 0.5 = 12
+  fillGaps();
+  const Evidence evidence = gatherEvidence(run, inputs, 3);
+  EXPECT_DOUBLE_EQ(term(evidence, 1, "CA").logRatio, 0);
+  EXPECT_DOUBLE_EQ(term(evidence, 2, "CB").logRatio, -4);
+  EXPECT_TRUE(term(evidence, 2, "CB").clipped);
+  EXPECT_DOUBLE_EQ(term(evidence, 2, "CB").shift, 9);
+  EXPECT_DOUBLE_EQ(term(evidence, 3, "HN").logRatio, -45);
+  EXPECT_DOUBLE_EQ(term(evidence, 2, "CG").logRatio, 12);
+  EXPECT_NEAR(term(evidence, 1, "type").logRatio, std::log(2.0), 1e-6);
+  EXPECT_NEAR(term(evidence, 3, "type").logRatio, -std::log(4.0), 1e-6);
+  EXPECT_FALSE(term(evidence, 1, "HN").present);
+  EXPECT_FALSE(term(evidence, 2, "N").applicable);
+  EXPECT_NEAR(evidence.logRatio, -37 - std::log(2.0), 1e-6);
+  EXPECT_NEAR(static_cast<double>(evidence.core.cis), evidence.pCis, 1e-7);
+}
+
+TEST_F(OneProline, ClippingFollowsTheRun) {
+  addShift(3, "CB", "9.000"); // unbounded: (9/4)^2/2 - ((9-10)/2)^2/2
+  fillGaps();
+  run.clipOn = false;
+  const Evidence evidence = gatherEvidence(run, inputs, 3);
+  EXPECT_DOUBLE_EQ(term(evidence, 2, "CB").logRatio, 2.53125 - 0.125);
+  EXPECT_FALSE(term(evidence, 2, "CB").clipped);
+}
+
+TEST_F(OneProline, AnAmideProtonCalledHIsReadAsZero) {
+  setRow(2, "H", "1.500");
+  for (const char* atom : {"N", "HA", "C", "CA", "CB"}) {
+    setRow(2, atom, "9999");
+  }
+  for (const char* atom : {"N", "HA", "C", "CA", "CB", "HN"}) {
+    setRow(3, atom, "9999");
+    setRow(4, atom, "9999");
+  }
+  const Term term1 = term(gatherEvidence(run, inputs, 3), 1, "HN");
+  EXPECT_TRUE(term1.readAsZero);
+  EXPECT_DOUBLE_EQ(term1.logRatio, -3.125); // index 5: 0 - (5/2)^2/2
+}
+
+TEST_F(OneProline, RoundingOfTheTablesIsAllowedForAndNoMore) {
+  addShift(4, "HN", "4.000"); // slope (4-0)/16 - (4-17)/4 = 3.5 per ppm
+  fillGaps();
+  const Evidence evidence = gatherEvidence(run, inputs, 3);
+  const double p = evidence.pCis;
+  EXPECT_NEAR(evidence.rounding, p * (1 - p) * 3.5 * 0.0005, 1e-6);
+  EXPECT_TRUE(evidence.agreesWith(p + 0.0005));
+  EXPECT_FALSE(evidence.agreesWith(p + 0.01));
+  EXPECT_FALSE(evidence.agreesWith(std::nan("")));
+}
+
+TEST_F(OneProline, OffsetsComeOffTheShiftsAndOffCgOnceForEach) {
+  setRow(3, "CA", "1.000");
+  setRow(3, "CB", "2.000");
+  setRow(3, "HA", "9999");
+  for (std::size_t row = 0; row < run.shiftTable.rowCount(); ++row) {
+    run.shiftTable.setCell(row, "RESNAME", "P");
+  }
+  run.cgShifts[3] = 27;
+  run.offsets["CA"] = run.offsets["CB"] = 0.25F;
+  run.offsets["HA"] = 0.5F;
+  subtractOffsets(run);
+  EXPECT_EQ(run.shiftTable.cell(0, "SHIFT"), "0.75");
+  EXPECT_EQ(run.shiftTable.cell(1, "SHIFT"), "1.75");
+  EXPECT_EQ(run.shiftTable.cell(2, "SHIFT"), "9999");
+  EXPECT_FLOAT_EQ(run.cgShifts[3], 26.5F);
+}
+
+TEST_F(OneProline, WordsFollowTheNumbers) {
+  const struct {
+    double pCisNorm;
+    double logRatio;
+    const char* headline;
+    const char* holds;
+  } rows[] = {
+      {0.999, 9.8, "cis", "strong"},
+      {0.62, 3.4, "probably cis", "clear"},
+      {0.5, 2.94, "probably trans", "leans to cis"},
+      {0.05, 0.0, "trans", "hardly any evidence"},
+      {0.001, -4.0, "trans", "favour trans by 55 to 1"},
+      {std::nan(""), 7.0, "no call", "underflowed"},
+      {std::nan(""), std::nan(""), "no call", "no statistics"},
+  };
+  for (const auto& row : rows) {
+    Evidence evidence;
+    evidence.logRatio = row.logRatio;
+    SummaryRow summary;
+    summary.pCisNorm = row.pCisNorm;
+    const Verdict verdict = judge(evidence, summary, inputs);
+    EXPECT_EQ(verdict.headline, row.headline);
+    EXPECT_NE(verdict.evidence.find(row.holds), std::string::npos) << verdict.evidence;
+  }
+}
+
+} // namespace
