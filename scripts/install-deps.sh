@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Install the Debian packages that CITRANS is built, tested or measured with.
 #
-#   scripts/install-deps.sh [build|test|coverage]...      (default: build)
+#   scripts/install-deps.sh [build|test|coverage|bench]...      (default: build)
 #
 # build     cmake, ninja and g++: enough for the program
 # test      build, clang with its tools and sanitizers, GoogleTest, mandoc, packaging
 # coverage  test and gcovr
+# bench     build, Google Benchmark, and what the program is compared with and counted by
 #
 # Installs only what is missing, and says nothing and needs no network when nothing is. Works as
 # root or through sudo. Away from Debian it names what is missing and ends with status 1.
@@ -15,6 +16,7 @@ build_needs="cmake ninja-build g++"
 test_needs="$build_needs clang libclang-rt-dev clang-tidy clang-format libgtest-dev mandoc"
 test_needs="$test_needs file dpkg-dev" # for the DEB
 coverage_needs="$test_needs gcovr"
+bench_needs="$build_needs libbenchmark-dev gemmi-dev mawk valgrind"
 
 wanted=""
 for name in "${@:-build}"; do
@@ -22,8 +24,9 @@ for name in "${@:-build}"; do
     build) wanted="$wanted $build_needs" ;;
     test) wanted="$wanted $test_needs" ;;
     coverage) wanted="$wanted $coverage_needs" ;;
+    bench) wanted="$wanted $bench_needs" ;;
     *)
-      echo "install-deps.sh: no set named '$name': build, test or coverage" >&2
+      echo "install-deps.sh: no set named '$name': build, test, coverage or bench" >&2
       exit 2
       ;;
   esac
@@ -38,6 +41,8 @@ is_there() {
     clang) command -v clang++ ;;
     libclang-rt-dev) compgen -G '/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-*.a' ;;
     libgtest-dev) test -e /usr/include/gtest/gtest.h -o -e /usr/local/include/gtest/gtest.h ;;
+    libbenchmark-dev) test -e /usr/include/benchmark/benchmark.h ;;
+    gemmi-dev) test -e /usr/include/gemmi/pdb.hpp ;;
     *) command -v "$1" ;;
   esac >/dev/null 2>&1
 }
