@@ -1,0 +1,196 @@
+#!/usr/bin/env python3
+"""citrans-import on small depositions written here: one peptide in every format, what is warned of,
+what is refused, and a structure built at known angles.
+
+usage: import_test.py CITRANS_IMPORT CITRANS SOURCE_ROOT
+"""
+import gzip
+import math
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+IMPORT, CITRANS, ROOT = (os.path.abspath(path) for path in sys.argv[1:4])
+
+# residue, atom as the formats write it, atom in the table, shift
+SHIFTS = [
+    (1, "SER", "H", "HN", 8.31), (1, "SER", "CA", "CA", 58.3), (1, "SER", "HB2", None, 3.9),
+    (2, "PRO", "HA", "HA", 4.42), (2, "PRO", "CB", "CB", 34.2), (2, "PRO", "CG", "CG", 24.6),
+    (3, "GLY", "HA2", "HA2", 3.9), (3, "GLY", "HA3", "HA3", 4.1), (4, "CYS", "CB", "CB", 41.1),
+]
+NAMES = ["SER", "PRO", "GLY", "CYS"]
+
+
+def star3(shifts=SHIFTS, offset=0, head="data_1\n", labelling=".", names=NAMES, entity="1"):
+    sequence = "".join(f" {i} {i + offset} {name} {entity}\n" for i, name in enumerate(names, 1))
+    rows = "".join(f" {entity} {i} {name} {atom} {value} 1 1\n" for i, name, atom, _, value in shifts)
+    return (head + "save_e\n _Entity.ID " + entity + "\n _Entity.Label $e\n loop_\n"
+            " _Entity_comp_index.ID\n _Entity_comp_index.Auth_seq_ID\n _Entity_comp_index.Comp_ID\n"
+            " _Entity_comp_index.Entity_ID\n" + sequence + " stop_\nsave_\n"
+            "save_s\n loop_\n _Sample_component.Isotopic_labeling\n '" + labelling + "'\n stop_\nsave_\n"
+            "save_l\n loop_\n _Atom_chem_shift.Entity_ID\n _Atom_chem_shift.Comp_index_ID\n"
+            " _Atom_chem_shift.Comp_ID\n _Atom_chem_shift.Atom_ID\n _Atom_chem_shift.Val\n"
+            " _Atom_chem_shift.Ambiguity_code\n _Atom_chem_shift.Assigned_chem_shift_list_ID\n"
+            + rows + " stop_\nsave_\n")
+
+
+def star21(offset):
+    sequence = "".join(f" {i} {i + offset} {name}" for i, name in enumerate(NAMES, 1))
+    rows = "".join(f" {i + offset} {name} {atom} {value}\n" for i, name, atom, _, value in SHIFTS)
+    return ("data_1\nsave_m\n _Mol_polymer_class protein\n _Details caf\u00e9\n loop_\n"
+            " _Residue_seq_code\n _Residue_author_seq_code\n _Residue_label\n" + sequence +
+            "\n stop_\nsave_\nsave_l\n loop_\n _Residue_seq_code\n _Residue_label\n _Atom_name\n"
+            " _Chem_shift_value\n" + rows + " stop_\nsave_\n")
+
+
+def nef():
+    sequence = "".join(f" A {i + 7} {name}\n" for i, name in enumerate(NAMES, 1))
+    atoms = {"HA2": "HAx", "HA3": "HAy"}
+    rows = "".join(f" A {i + 7} {name} {atoms.get(atom, atom)} {value}\n"
+                   for i, name, atom, _, value in SHIFTS)
+    return ("data_1\nsave_m\n loop_\n _nef_sequence.chain_code\n _nef_sequence.sequence_code\n"
+            " _nef_sequence.residue_name\n" + sequence + " stop_\nsave_\nsave_l\n loop_\n"
+            " _nef_chemical_shift.chain_code\n _nef_chemical_shift.sequence_code\n"
+            " _nef_chemical_shift.residue_name\n _nef_chemical_shift.atom_name\n"
+            " _nef_chemical_shift.value\n" + rows + " A 9? GLY HAx 1.0\n stop_\nsave_\n")
+
+
+def rows_of(table):
+    body = table.split("FORMAT", 1)[1].splitlines()[1:]
+    return sorted(tuple(line.split()) for line in body if line.strip())
+
+
+EXPECTED = sorted((str(i), dict(SER="S", PRO="P", GLY="G", CYS="C")[name], atom, f"{value:.3f}")
+                  for i, name, _, atom, value in SHIFTS if atom)
+
+
+class Import(unittest.TestCase):
+    def setUp(self):
+        self.scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(self.scratch.cleanup)
+
+    def path(self, name):
+        return os.path.join(self.scratch.name, name)
+
+    def write(self, name, content):
+        with open(self.path(name), "wb") as file:
+            file.write(content if isinstance(content, bytes) else content.encode())
+        return self.path(name)
+
+    def run_import(self, *arguments, stdin=None):
+        return subprocess.run([IMPORT, *arguments], capture_output=True, text=True, input=stdin,
+                              timeout=120)
+
+    def test_every_format_gives_the_same_table(self):
+        for name, text, author in [
+            ("NMR-STAR 3", star3(), 1),
+            ("authors' numbers far away", star3(offset=80), 81),
+            ("no data block", star3(head=""), 1),
+            ("control characters", star3().replace(" _Entity.ID", "\v_Entity.ID\f"), 1),
+            ("NMR-STAR 2.1 in authors' numbers", star21(8), 9),
+            ("NEF", nef(), 8),
+        ]:
+            with self.subTest(name):
+                done = self.run_import(self.write("in", text), "--map", self.path("map"))
+                self.assertEqual(done.returncode, 0, done.stderr)
+                self.assertIn("\nDATA SEQUENCE SPGC\n", done.stdout)
+                self.assertEqual(rows_of(done.stdout), EXPECTED)
+                with open(self.path("map")) as file:
+                    self.assertEqual(file.read().split("\n")[1], f"1\t{author}\tS")
+
+    def test_what_may_be_wrong_is_said(self):
+        for name, text, said in [
+            ("sentinel", star3(SHIFTS + [(3, "GLY", "CA", "", 999.99)]), "1 values that stand for no"),
+            ("twice", star3(SHIFTS + [(1, "SER", "CA", "", 57)]), "1 atoms with two different shifts"),
+            ("outside", star3(SHIFTS + [(3, "GLY", "CA", "", 4.5)]), "the first GLY 3 CA 4.5"),
+            ("word", star3(SHIFTS + [(3, "GLY", "CA", "", "n/a")]), "1 values that are no numbers"),
+            ("deuterated", star3(labelling="[U-2H; U-15N]"), "consider citrans -iso"),
+            ("solvent", star3(labelling="[U-15N]"), None),
+            ("tentative", nef(), "1 shifts of no certain residue"),
+            ("missing", star3(), "no shifts at all of N, C"),
+            ("copies", star3(SHIFTS + [(5, "PRO", "CB", "", 34.2), (5, "PRO", "CG", "", 24.6)],
+                             names=NAMES + ["PRO"]), "2 prolines with the same CB 34.2"),
+        ]:
+            with self.subTest(name):
+                done = self.run_import(self.write("in", text))
+                self.assertEqual(done.returncode, 0, done.stderr)
+                if said is None:
+                    self.assertNotIn("-iso", done.stderr)
+                else:
+                    self.assertIn(said, done.stderr)
+                    self.assertIn(said, done.stdout)  # as a remark
+
+    def test_cysteines_are_oxidised_only_when_said(self):
+        file = self.write("in", star3())
+        self.assertIn("SPGC", self.run_import(file).stdout)
+        self.assertIn("SPGc", self.run_import(file, "--oxidised-by-cb").stdout)
+        said = star3().replace(" _Entity.Label", " _Entity.Thiol_state 'all disulfide bound'\n _E.x")
+        self.assertIn("SPGc", self.run_import(self.write("in", said)).stdout)
+
+    def test_choice_of_molecule_and_list(self):
+        other = star3([(1, "DA", "H1'", None, 6.0)], head="", names=["DA"] * 4, entity="2")
+        file = self.write("in", star3() + other.replace("save_e", "save_f").replace("save_l", "save_k"))
+        shown = self.run_import(file, "--list-contents").stdout
+        self.assertRegex(shown, r"entity 1\t4 residues\tprotein")
+        self.assertRegex(shown, r"entity 2\t4 residues\tother")
+        self.assertIn("SPGC", self.run_import(file).stdout)
+        self.assertEqual(self.run_import(file, "--entity", "3").returncode, 65)
+        self.assertEqual(self.run_import("-", stdin=star3()).returncode, 0)
+
+    def test_refusals_are_one_line_with_a_status(self):
+        good = self.write("good", star3())
+        wrong = star3().replace(" 2 2 PRO 1", " 2 2 LEU 1").replace(" 1 1 SER 1", " 1 1 ALA 1")
+        for arguments, status, said in [
+            ([self.path("nowhere")], 66, "cannot read"),
+            ([self.scratch.name], 66, "cannot read"),
+            ([self.write("empty", "")], 65, "no assigned chemical shifts"),
+            ([self.write("binary", bytes(range(256)) * 100)], 65, "binary"),
+            ([self.write("cut", star3()[:-40])], 65, "cut:"),
+            ([self.write("open", "data_1\n_a\n;text\n")], 65, "open:"),
+            ([self.write("wrong", wrong)], 65, "wrong:23: shifts and sequence do not fit"),
+            ([self.write("long", "data_1 _a " + "x" * 5_000_000)], 65, "no assigned"),
+            ([good, "-o", self.path("no/where")], 73, "cannot write"),
+            ([good, "--bogus"], 1, "bogus"),
+            ([good, "--structure", good], 65, "no table"),
+        ]:
+            with self.subTest(arguments):
+                done = self.run_import(*arguments)
+                self.assertEqual(done.returncode, status, done.stderr)
+                self.assertEqual(done.stderr.count("\n"), 1, done.stderr[:300])
+                self.assertIn(said, done.stderr)
+                self.assertEqual(done.stdout, "")
+
+    def test_structure_is_renumbered_and_its_prolines_counted(self):
+        """Two models of S-P-G with omega 0 and 180 degrees, as residues 101 to 103 of chain B."""
+        text = ""
+        for model, omega in ((1, 0), (2, 180)):
+            text += f"MODEL     {model:4d}\n"
+            turn = math.radians(omega)
+            atoms = [("CA", "SER", 101, (1, 0, -1)), ("C", "SER", 101, (0, 0, -1)),
+                     ("N", "PRO", 102, (0, 0, 0)),
+                     ("CA", "PRO", 102, (math.cos(turn), math.sin(turn), 0)),
+                     ("CA", "GLY", 103, (5, 5, 5))]
+            for serial, (atom, residue, number, (x, y, z)) in enumerate(atoms, 1):
+                text += (f"ATOM  {serial:5d}  {atom:3s} {residue} B{number:4d}    "
+                         f"{x:8.3f}{y:8.3f}{z:8.3f}  1.00  0.00           {atom[0]}\n")
+            text += "ENDMDL\n"
+        with gzip.open(self.path("s.pdb.gz"), "wt") as file:
+            file.write(text + "END\n")
+        table = self.path("t.tab")
+        self.assertEqual(self.run_import(self.write("in", star3()), "-o", table).returncode, 0)
+        done = self.run_import(table, "--structure", self.path("s.pdb.gz"), "-o", self.path("o.pdb"))
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("proline 2 (102 in the structure): cis in 1 of 2 models", done.stderr)
+        with open(self.path("o.pdb")) as file:
+            numbers = [line[22:26].strip() for line in file if line.startswith("ATOM")]
+        self.assertEqual(numbers, ["1", "1", "2", "2", "3"])
+        run = subprocess.run([CITRANS, "-tabDir", os.path.join(ROOT, "tab"), "-in", table, "-ref",
+                              self.path("o.pdb"), "-sum", self.path("p.tab")], capture_output=True,
+                             text=True)
+        self.assertEqual(run.returncode, 0)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])

@@ -1,0 +1,128 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <filesystem>
+
+#include "table/file_io.h"
+#include "table/gdb.h"
+#include "tools/common/output.h"
+#include "tools/common/tool.h"
+#include "tools/import/structure_text.h"
+#include "tools/import/table_text.h"
+
+namespace {
+
+constexpr char program[] = "citrans-import";
+
+struct Options {
+  std::string input;
+  std::string output = "-";
+  std::string map;
+  Choice choice;
+  bool listContents = false;
+  bool quiet = false;
+  std::string structure;
+  StructureChoice structureChoice;
+};
+
+void declareOptions(CLI::App& app, Options& options) {
+  app.set_version_flag("--version", versionLine(program));
+  app.add_option("input", options.input,
+                 "NMR-STAR or NEF file, - for standard input; with --structure the input table")
+      ->required();
+  app.add_option("-o,--output", options.output, "output file; - for standard output")
+      ->capture_default_str();
+  app.add_option("--map", options.map, "write table number, author number and residue name here");
+  app.add_flag("--list-contents", options.listContents,
+               "show molecules and shift lists, then stop");
+  app.add_option("--entity", options.choice.entity, "molecule to take, by ID or chain");
+  app.add_option("--list", options.choice.list, "shift list to take, by ID or name");
+  app.add_flag("--oxidised-by-cb", options.choice.oxidisedByCb,
+               "cysteines with a CB above 34 ppm are oxidised");
+  app.add_flag("--quiet", options.quiet, "say nothing of decisions, only warnings");
+  app.add_option("--structure", options.structure,
+                 "mmCIF or PDB file, gzipped or not: write it renumbered to the input table");
+  app.add_option("--chain", options.structureChoice.chain, "chain of the structure");
+  app.add_option("--model", options.structureChoice.model, "model of the structure");
+}
+
+void say(const char* kind, const std::vector<std::string>& lines) {
+  for (const std::string& line : lines) {
+    std::string text = line;
+    for (char& c : text) {
+      c = static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? ' ' : c;
+    }
+    std::fprintf(stderr, "%s: %s%s\n", program, kind, text.c_str());
+  }
+}
+
+FileText readInput(const std::string& path) {
+  FileText text;
+  std::error_code ignored;
+  if (std::filesystem::is_directory(path, ignored) ||
+      !readWholeFile(path == "-" ? "/dev/stdin" : path, text)) {
+    throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
+  }
+  return text;
+}
+
+void importShifts(const Options& options) {
+  const FileText text = readInput(options.input);
+  const Deposition deposition = readDeposition(text.view(), options.input);
+  if (options.listContents) {
+    writeWholeFile(options.output, listContents(deposition));
+    return;
+  }
+  const ChosenShifts chosen = chooseShifts(deposition, options.choice, options.input);
+  const std::string name = std::filesystem::path(options.input).filename().string();
+  if (!options.map.empty()) {
+    writeWholeFile(options.map, mapText(chosen));
+  }
+  writeWholeFile(options.output, tableText(deposition, chosen, name));
+  if (!options.quiet) {
+    say("", chosen.notes);
+  }
+  say("warning: ", chosen.warnings);
+}
+
+void importStructure(const Options& options) {
+  readInput(options.input);
+  const GDB table(options.input);
+  std::string letters;
+  for (const auto& [number, name] : table.residueNames()) {
+    letters += name;
+  }
+  if (letters.empty() || table.residueNames().begin()->first != 1) {
+    throw ToolError(ToolStatus::badData,
+                    options.input + ": no table with a sequence from residue 1");
+  }
+  const FittedStructure fitted = fitStructure(readStructure(options.structure), letters,
+                                              options.structureChoice, options.structure);
+  writeWholeFile(options.output, fitted.pdb);
+  say("", fitted.notes);
+}
+
+int runImport(int argc, char** argv) {
+  CLI::App app("Turns an NMR deposition into the input table of citrans.", program);
+  Options options;
+  declareOptions(app, options);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) {
+      return app.exit(error); // --help and --version
+    }
+    throw ToolError(ToolStatus::usage, error.what());
+  }
+  if (options.structure.empty()) {
+    importShifts(options);
+  } else {
+    importStructure(options);
+  }
+  return static_cast<int>(ToolStatus::done);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  return runTool(program, runImport, argc, argv);
+}

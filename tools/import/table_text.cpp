@@ -1,0 +1,73 @@
+#include "tools/import/table_text.h"
+
+#include <cstdio>
+
+#include "table/number.h"
+
+namespace {
+
+constexpr std::size_t lettersPerLine = 50;
+constexpr std::size_t lettersPerBlock = 10;
+
+/// One line of text whatever the deposition holds.
+std::string oneLine(std::string text) {
+  for (char& c : text) {
+    c = static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? ' ' : c;
+  }
+  return text;
+}
+
+std::string sequenceLines(const std::string& letters) {
+  std::string text;
+  for (std::size_t i = 0; i < letters.size(); ++i) {
+    if (i % lettersPerLine == 0) {
+      text += i == 0 ? "DATA SEQUENCE " : "\nDATA SEQUENCE ";
+    } else if (i % lettersPerBlock == 0) {
+      text += ' ';
+    }
+    text += letters[i];
+  }
+  return text + "\n";
+}
+
+std::string row(std::size_t residue, char letter, const char* atom, const std::string& value) {
+  char line[128];
+  std::snprintf(line, sizeof line, "%4zu %c %4s  %8.3f\n", residue, letter, atom,
+                parseDouble(value));
+  return line;
+}
+
+} // namespace
+
+std::string tableText(const Deposition& deposition, const ChosenShifts& chosen,
+                      const std::string& source) {
+  std::string text = "REMARK Chemical shifts of " + deposition.kind +
+                     (deposition.id.empty() ? "" : " entry " + oneLine(deposition.id)) + ", from " +
+                     oneLine(source) + "\n";
+  for (const std::string& note : chosen.notes) {
+    text += "REMARK " + oneLine(note) + "\n";
+  }
+  for (const std::string& warning : chosen.warnings) {
+    text += "REMARK Warning: " + oneLine(warning) + "\n";
+  }
+  text += "\n" + sequenceLines(chosen.letters) +
+          "\nVARS   RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %4s  %8.3f\n\n";
+  for (std::size_t i = 0; i < chosen.values.size(); ++i) {
+    for (const char* atom : tableAtoms) {
+      const auto value = chosen.values[i].find(atom);
+      if (value != chosen.values[i].end()) {
+        text += row(i + 1, chosen.letters[i], atom, value->second);
+      }
+    }
+  }
+  return text;
+}
+
+std::string mapText(const ChosenShifts& chosen) {
+  std::string text = "resid\tauthor\tresname\n";
+  for (std::size_t i = 0; i < chosen.letters.size(); ++i) {
+    text +=
+        std::to_string(i + 1) + "\t" + oneLine(chosen.authors[i]) + "\t" + chosen.letters[i] + "\n";
+  }
+  return text;
+}
