@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Install the Debian packages that CITRANS is built, tested or measured with.
 #
-#   scripts/install-deps.sh [build|test|coverage|bench]...      (default: build)
+#   scripts/install-deps.sh [build|tools|test|coverage|bench]...      (default: build)
 #
 # build     cmake, ninja and g++: enough for the program
-# test      build, clang with its tools and sanitizers, GoogleTest, mandoc, packaging
+# tools     build and the libraries of the companion programs
+# test      tools, clang with its tools and sanitizers, GoogleTest, mandoc, packaging, Chromium and
+#           what the batch examples run with
 # coverage  test and gcovr
 # bench     build, Google Benchmark, and what the program is compared with and counted by
 #
@@ -13,8 +15,10 @@
 set -euo pipefail
 
 build_needs="cmake ninja-build g++"
-test_needs="$build_needs clang libclang-rt-dev clang-tidy clang-format libgtest-dev mandoc"
-test_needs="$test_needs file dpkg-dev" # for the DEB
+tools_needs="libcli11-dev nlohmann-json3-dev gemmi-dev tao-pegtl-dev zlib1g-dev libnlopt-dev"
+test_needs="$build_needs $tools_needs clang libclang-rt-dev clang-tidy clang-format libgtest-dev mandoc"
+test_needs="$test_needs file dpkg-dev lintian" # for the packages
+test_needs="$test_needs chromium parallel snakemake" # for the report and the batch examples
 coverage_needs="$test_needs gcovr"
 bench_needs="$build_needs libbenchmark-dev gemmi-dev mawk valgrind"
 
@@ -22,11 +26,12 @@ wanted=""
 for name in "${@:-build}"; do
   case "$name" in
     build) wanted="$wanted $build_needs" ;;
+    tools) wanted="$wanted $build_needs $tools_needs" ;;
     test) wanted="$wanted $test_needs" ;;
     coverage) wanted="$wanted $coverage_needs" ;;
     bench) wanted="$wanted $bench_needs" ;;
     *)
-      echo "install-deps.sh: no set named '$name': build, test, coverage or bench" >&2
+      echo "install-deps.sh: no set named '$name': build, tools, test, coverage or bench" >&2
       exit 2
       ;;
   esac
@@ -43,6 +48,12 @@ is_there() {
     libgtest-dev) test -e /usr/include/gtest/gtest.h -o -e /usr/local/include/gtest/gtest.h ;;
     libbenchmark-dev) test -e /usr/include/benchmark/benchmark.h ;;
     gemmi-dev) test -e /usr/include/gemmi/pdb.hpp ;;
+    libcli11-dev) test -e /usr/include/CLI/CLI.hpp ;;
+    nlohmann-json3-dev) test -e /usr/include/nlohmann/json.hpp ;;
+    tao-pegtl-dev) test -e /usr/include/tao/pegtl.hpp ;;
+    zlib1g-dev) test -e /usr/include/zlib.h ;;
+    libnlopt-dev) test -e /usr/include/nlopt.h ;;
+   ) test -e /usr/include/nlopt.hpp ;;
     *) command -v "$1" ;;
   esac >/dev/null 2>&1
 }
