@@ -53,7 +53,6 @@ is_there() {
     tao-pegtl-dev) test -e /usr/include/tao/pegtl.hpp ;;
     zlib1g-dev) test -e /usr/include/zlib.h ;;
     libnlopt-dev) test -e /usr/include/nlopt.h ;;
-   ) test -e /usr/include/nlopt.hpp ;;
     *) command -v "$1" ;;
   esac >/dev/null 2>&1
 }
