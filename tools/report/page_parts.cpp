@@ -1,5 +1,6 @@
 #include "tools/report/page_parts.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "tools/report/pictures.h"
@@ -124,8 +125,13 @@ std::string referenceWarning(const ProlineReport& proline) {
 }
 
 std::string tripletText(const Inputs& inputs, int proline) {
-  return inputs.residueLabel(proline - 1) + " – " + inputs.residueLabel(proline) + " – " +
-         inputs.residueLabel(proline + 1);
+  std::string text;
+  for (int residue = std::max(proline - 1, 1); residue <= proline + 1; ++residue) {
+    if (residue <= inputs.residueCount) {
+      text += (text.empty() ? "" : " – ") + inputs.residueLabel(residue);
+    }
+  }
+  return text;
 }
 
 } // namespace

@@ -91,7 +91,7 @@ void drawCell(Picture& picture, const Term* term, double middle, double y, const
   drawBar(picture, middle, top, cellWidth / 2 - 1, cellScale, term->logRatio,
           termLabel(*term, inputs) + ": " + signedDecimal(term->logRatio, 2));
   if (term->clipped) {
-    picture.text(middle, y + 10, "middle", "warn small", "!");
+    picture.text(term->logRatio > 0 ? middle - 7 : middle + 7, y + 16, "middle", "warn small", "!");
   }
 }
 
@@ -108,8 +108,9 @@ void drawRow(Picture& picture, const ProlineReport& proline, double y, const Inp
                inputs);
     }
   }
+  const bool called = proline.verdict.call != Verdict::Call::none;
   const char* const call = callName(proline.verdict.call);
-  picture.text(labelWidth - 8, y + 16, "end", call, call);
+  picture.text(labelWidth - 8, y + 16, "end", called ? call : "muted", called ? call : "–");
   drawBar(picture, sumStart() + sumWidth / 2, y + (rowHeight - barHeight) / 2, sumWidth / 2,
           sumScale, proline.evidence.logRatio,
           "sum " + signedDecimal(proline.evidence.logRatio, 2));

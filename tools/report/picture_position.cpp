@@ -13,7 +13,8 @@ constexpr double right = 320;
 constexpr double top = 62;
 constexpr double bottom = 148;
 constexpr double deviationsShown = 3.2;
-constexpr int curvePoints = 96;
+constexpr double curveDeviations = 3.6;
+constexpr int curvePoints = 72;
 
 /// Chemical shifts to pixels.
 struct Scale {
@@ -39,18 +40,20 @@ Scale scaleFor(const Term& term) {
   return scale;
 }
 
-/// The Gaussian of height 1 as path commands; closed along the axis when it is to be filled.
+/// The Gaussian of height 1 as path commands, level with the axis beyond what can be seen; closed
+/// along the axis when it is to be filled.
 std::string curve(const Scale& scale, double mean, double deviation, bool closedShape) {
-  std::string commands;
+  std::string commands = "M" + coordinate(left) + " " + coordinate(bottom);
   for (int i = 0; i <= curvePoints; ++i) {
-    const double shift = scale.low + (scale.high - scale.low) * i / curvePoints;
-    const double z = (shift - mean) / deviation;
-    const double y = bottom - (bottom - top) * std::exp(-0.5 * z * z);
-    commands += (i == 0 ? "M" : " L") + coordinate(scale.x(shift)) + " " + coordinate(y);
+    const double z = curveDeviations * (2.0 * i / curvePoints - 1);
+    const double shift = mean + z * deviation;
+    if (shift >= scale.low && shift <= scale.high) {
+      const double y = bottom - (bottom - top) * std::exp(-0.5 * z * z);
+      commands += " L" + coordinate(scale.x(shift)) + " " + coordinate(y);
+    }
   }
-  return closedShape ? commands + " L" + coordinate(right) + " " + coordinate(bottom) + " L" +
-                           coordinate(left) + " " + coordinate(bottom) + " Z"
-                     : commands;
+  commands += " L" + coordinate(right) + " " + coordinate(bottom);
+  return closedShape ? commands + " Z" : commands;
 }
 
 double tickStep(double range) {
@@ -98,7 +101,8 @@ void drawPeakNames(Picture& picture, const Scale& scale, const Term& term) {
     second += apart / 2;
   }
   first = std::max(besideMark(first, scale, term), left + 16);
-  second = std::min(besideMark(second, scale, term), right - 18);
+  second = std::min(std::max(besideMark(second, scale, term), first + 44), right - 18);
+  first = std::min(first, second - 44);
   picture.text(first, top - 6, "middle", cisFirst ? "cis" : "trans", cisFirst ? "cis" : "trans");
   picture.text(second, top - 6, "middle", cisFirst ? "trans" : "cis", cisFirst ? "trans" : "cis");
 }

@@ -32,9 +32,10 @@ void findChangedCalls(CITRANS& run, Report& report) {
     if (!proline.predicted) {
       continue;
     }
+    // Both from the sums, so that rounding of the printed value changes nothing.
+    const double before = proline.evidence.pCisNorm;
     const double after = gatherEvidence(run, report.inputs, proline.residue).pCisNorm;
-    const double before = proline.row.pCisNorm;
-    if (callFrom(after) != callFrom(before)) {
+    if (proline.verdict.call != Verdict::Call::none && callFrom(after) != callFrom(before)) {
       report.changedCalls.push_back({proline.residue, before, after});
     }
   }

@@ -76,6 +76,7 @@ a:focus-visible, .scroll:focus-visible { outline: 2px solid var(--trans); outlin
 figure { margin: 12px 0; }
 figcaption { color: var(--muted); font-size: 0.875rem; margin-top: 4px; }
 svg.picture { display: block; max-width: 100%; height: auto; }
+.cards td:first-child { min-width: 4.6em; }
 .scroll { overflow-x: auto; }
 .scroll svg.picture { max-width: none; }
 .side { display: flex; flex-wrap: wrap; gap: 12px 36px; align-items: flex-start; }

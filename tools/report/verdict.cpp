@@ -79,13 +79,13 @@ std::string evidenceSentence(const Evidence& evidence, Verdict::Call call) {
   const std::string shifts = std::to_string(shiftCount(evidence)) + " shifts and the neighbours";
   const std::string side = sum > 0 ? "cis" : "trans";
   const std::string odds = std::isinf(sum) ? "without limit" : oddsText(sum);
-  if (call == Verdict::Call::trans && sum > 0) {
-    return "The evidence leans to cis, " + odds +
-           ", which is less than the 19 to 1 by which trans is the commoner form.";
-  }
   if (std::fabs(sum) < weakFrom) {
     return "There is hardly any evidence: " + shifts + " give " + odds + " for " + side +
            ". The call rests on trans being the commoner form.";
+  }
+  if (call == Verdict::Call::trans && sum > 0) {
+    return "The evidence leans to cis, " + odds +
+           ", which is less than the 19 to 1 by which trans is the commoner form.";
   }
   return std::string("The evidence is ") + strengthOf(sum) + ": " + shifts + " favour " + side +
          " by " + odds + ".";
@@ -111,7 +111,21 @@ std::string basisSentences(const Evidence& evidence, const Inputs& inputs, Verdi
   return text;
 }
 
-Verdict withoutLikelihood(const Evidence& evidence) {
+/// Shifts so far from the means of both forms that they alone make either all but impossible.
+std::vector<std::string> farFromBoth(const Evidence& evidence, const Inputs& inputs) {
+  constexpr double farDeviations = 5;
+  std::vector<std::string> named;
+  for (const Term& term : evidence.terms) {
+    const bool far = std::fabs(term.used - term.cis) > farDeviations * term.cisDeviation &&
+                     std::fabs(term.used - term.trans) > farDeviations * term.transDeviation;
+    if (term.present && term.kind != Term::Kind::neighbour && far) {
+      named.push_back(termLabel(term, inputs) + " (" + decimal(term.used, 2) + " ppm)");
+    }
+  }
+  return named;
+}
+
+Verdict withoutLikelihood(const Evidence& evidence, const Inputs& inputs) {
   Verdict verdict;
   verdict.headline = "no call";
   if (std::isnan(evidence.logRatio)) {
@@ -124,6 +138,8 @@ Verdict withoutLikelihood(const Evidence& evidence) {
                      oddsText(evidence.logRatio) + " for " +
                      (evidence.logRatio > 0 ? "cis" : "trans") +
                      ", but check the assignment first.";
+  const std::vector<std::string> far = farFromBoth(evidence, inputs);
+  verdict.basis = far.empty() ? "" : "Far from both: " + joined(far) + ".";
   return verdict;
 }
 
@@ -157,7 +173,7 @@ std::string termLabel(const Term& term, const Inputs& inputs) {
 Verdict judge(const Evidence& evidence, const SummaryRow& row, const Inputs& inputs) {
   const Verdict::Call call = callFrom(row.pCisNorm);
   if (call == Verdict::Call::none) {
-    return withoutLikelihood(evidence);
+    return withoutLikelihood(evidence, inputs);
   }
   Verdict verdict;
   verdict.call = call;
