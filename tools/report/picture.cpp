@@ -5,6 +5,9 @@
 
 namespace {
 
+/// Room around a picture that is a file of its own.
+constexpr double fileMargin = 10;
+
 std::string attribute(const char* name, const std::string& value) {
   return std::string(" ") + name + "=\"" + value + "\"";
 }
@@ -67,21 +70,25 @@ void Picture::text(double x, double y, const char* anchor, const std::string& st
 }
 
 std::string Picture::element(bool standalone) const {
-  const std::string size = coordinate(width_) + " " + coordinate(height_);
+  const double margin = standalone ? fileMargin : 0;
+  const double width = width_ + 2 * margin;
+  const double height = height_ + 2 * margin;
+  const std::string corner = coordinate(-margin) + " " + coordinate(-margin);
   std::string svg = "<svg";
   if (standalone) {
     svg += attribute("xmlns", std::string("http://www.w3.org/2000/svg"));
   }
-  svg += attribute("class", std::string("picture")) + attribute("width", width_) +
-         attribute("height", height_) + attribute("viewBox", "0 0 " + size) +
+  svg += attribute("class", std::string("picture")) + attribute("width", width) +
+         attribute("height", height) +
+         attribute("viewBox", corner + " " + coordinate(width) + " " + coordinate(height)) +
          attribute("role", std::string("img")) +
          attribute("aria-labelledby", id_ + "-t " + id_ + "-d") + ">\n";
   svg += "<title id=\"" + id_ + "-t\">" + escaped(title_) + "</title>\n";
   svg += "<desc id=\"" + id_ + "-d\">" + escaped(description_) + "</desc>\n";
   if (standalone) {
     svg += "<style>\n" + pictureStyle() + "</style>\n";
-    svg += "<rect" + attribute("width", width_) + attribute("height", height_) +
-           attribute("class", std::string("paper")) + "/>\n";
+    svg += "<rect" + attribute("x", -margin) + attribute("y", -margin) + attribute("width", width) +
+           attribute("height", height) + attribute("class", std::string("paper")) + "/>\n";
   }
   return svg + body_ + "</svg>\n";
 }
