@@ -188,6 +188,7 @@ class Report(unittest.TestCase):
             # file, text, replaced by, status, what the message holds
             ("out.tab", " 82 S P R", " 8x S P R", 65, "RESID is not a whole number: 8x"),
             ("out.tab", " 82 S P R", " 83 S P R", 65, "residue 83 is no proline"),
+            ("outAdjCS.tab", "FIRST_RESID 1", "FIRST_RESID 2147483566", 65, "is no proline"),
             ("out.tab", "1.000", "high ", 65, ":38: P_CIS_NORM is not a number: high"),
             ("out.tab", "P_CIS P_CIS_NORM", "P_CIS P_OTHER", 65, "no column P_CIS_NORM"),
             ("out.tab", "FORMAT", "FORMER", 65, "no table"),
@@ -296,6 +297,20 @@ class Report(unittest.TestCase):
         self.assertIn("first residue", prolines[0]["evidence"])
         self.assertIn("last residue", prolines[-1]["evidence"])
         self.assertEqual((prolines[0]["call"], prolines[0]["predicted"]), (None, False))
+
+    def test_a_sequence_of_55_letters_keeps_its_length(self):
+        # citrans writes such a sequence with a line more, which reads back as further letters.
+        with open(os.path.join(ROOT, "examples/ybbr.tab")) as file:
+            lines = file.read().split("\n")
+        letters = "".join("".join(x.split()[2:]) for x in lines if x.startswith("DATA SEQ"))
+        text = f"DATA SEQUENCE {letters[:55]}\nVARS RESID RESNAME ATOMNAME SHIFT\n"
+        text += "FORMAT %4d %1s %4s %8.3f\n" + "\n".join(
+            x for x in lines if len(x.split()) == 4 and x.split()[0].isdigit()
+            and int(x.split()[0]) <= 55)
+        self.predict(shifts=self.write("cut.tab", text + "\n"))
+        report = self.json()
+        self.assertEqual(report["residues"], 55)
+        self.assertEqual([p["resid"] for p in report["prolines"]], [9, 21, 31, 42])
 
 
 if __name__ == "__main__":

@@ -126,7 +126,8 @@ void readShifts(const TableFile& file, Inputs& inputs) {
 void checkTogether(const Inputs& inputs, const std::string& summary, const std::string& shifts) {
   for (const SummaryRow& row : inputs.summary) {
     const auto found = inputs.sequence.find(row.residue);
-    if (found == inputs.sequence.end() || found->second != "P") {
+    const bool inside = row.residue >= 1 && row.residue <= inputs.residueCount;
+    if (!inside || found == inputs.sequence.end() || found->second != "P") {
       throw ToolError(ToolStatus::badData, summary + ": residue " + std::to_string(row.residue) +
                                                " is no proline in the sequence of " + shifts);
     }

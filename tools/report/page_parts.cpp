@@ -125,6 +125,9 @@ std::string referenceWarning(const ProlineReport& proline) {
 }
 
 std::string tripletText(const Inputs& inputs, int proline) {
+  if (proline > inputs.residueCount) {
+    return inputs.residueLabel(proline);
+  }
   std::string text;
   for (int residue = std::max(proline - 1, 1); residue <= proline + 1; ++residue) {
     if (residue <= inputs.residueCount) {
