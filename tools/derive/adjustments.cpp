@@ -8,7 +8,7 @@ namespace derive {
 namespace {
 
 /// Prior widths of an adjustment about the mean of its atom, ppm.
-constexpr std::array<double, adjustedCount> priorWidth = {0.30, 0.30, 0.06, 0.40};
+constexpr std::array<double, adjustedCount> priorWidth = {0.25, 0.25, 0.10, 0.25};
 /// Finite-difference steps of the means, ppm.
 constexpr std::array<double, adjustedCount> meanStep = {0.03, 0.03, 0.01, 0.03};
 /// The means may move this many times as far as a deviation.

@@ -15,8 +15,9 @@ Treatment hiding(std::initializer_list<Atom> atoms) {
   return treatment;
 }
 
-Treatment misreferenced(double error, bool corrected) {
+Treatment misreferenced(double error, bool corrected, bool hideCg = false) {
   Treatment treatment;
+  treatment.hideCg = hideCg;
   treatment.carbonError = error;
   treatment.correctOffsets = corrected;
   return treatment;
@@ -62,6 +63,14 @@ Treatment treatmentOf(std::size_t experiment) {
     return misreferenced(injectedErrors[2], true);
   case error27UpCorrected:
     return misreferenced(injectedErrors[3], true);
+  case error27DownNoCg:
+    return misreferenced(injectedErrors[0], false, true);
+  case error27UpNoCg:
+    return misreferenced(injectedErrors[3], false, true);
+  case error27DownNoCgCorrected:
+    return misreferenced(injectedErrors[0], true, true);
+  case error27UpNoCgCorrected:
+    return misreferenced(injectedErrors[3], true, true);
   case offsetCorrected:
     return misreferenced(0, true);
   case deuterated:

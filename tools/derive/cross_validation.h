@@ -37,6 +37,10 @@ enum Experiment : std::size_t {
   error10DownCorrected,
   error10UpCorrected,
   error27UpCorrected,
+  error27DownNoCg,
+  error27UpNoCg,
+  error27DownNoCgCorrected,
+  error27UpNoCgCorrected,
   offsetCorrected, ///< well referenced, with the offset correction
   deuterated,
   deuteratedCorrected, ///< with the isotope correction of the program

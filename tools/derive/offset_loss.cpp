@@ -21,7 +21,7 @@ constexpr std::array<Nucleus, 3> nuclei = {{{adjCA, 0.094, 0.459, 0.12, 1},
                                             {adjC, -0.272, 0.226, 0.25, 1}}};
 
 constexpr double robustness = 2;          ///< widths from which on an offset counts as an outlier
-constexpr double recordedWeight = 10;     ///< of one recorded offset
+constexpr double recordedWeight = 20;     ///< of one recorded offset
 constexpr double recordedSoftness = 0.15; ///< of the threshold, in its own units
 constexpr double setWeight = 3;           ///< of the two sets' own offsets beside their mean's
 
@@ -128,58 +128,70 @@ Shifted adjusted(const ReferencePoints& points, const Adjustments& adjustments) 
   return result;
 }
 
-double nucleusLoss(const ReferencePoints& points, const Shifted& shifted, const Nucleus& nucleus,
-                   Adjustments* gradient) {
-  std::array<SetFit, 2> sets; // negative, non-negative
-  for (std::size_t i = 0; i < points.size(); ++i) {
+/// Both sets of one nucleus, negative first, and what they say together.
+struct NucleusFit {
+  std::array<SetFit, 2> sets;
+  std::array<double, 2> share{}; ///< of the points in fitted sets; 0 for a set not fitted
+  std::array<double, 2> offset{};
+  double together = 0; ///< offset of both
+  double squaredError = 0;
+};
+
+NucleusFit fitNucleus(const Shifted& shifted, const Nucleus& nucleus) {
+  NucleusFit fit;
+  for (std::size_t i = 0; i < shifted.shift.size(); ++i) {
     const double y = shifted.shift[i][nucleus.atom];
     if (!std::isnan(y)) {
-      sets[shifted.difference[i] < 0 ? 0 : 1].add(i, shifted.difference[i], y);
+      fit.sets[shifted.difference[i] < 0 ? 0 : 1].add(i, shifted.difference[i], y);
     }
   }
   double count = 0;
-  for (SetFit& set : sets) {
+  for (SetFit& set : fit.sets) {
     if (set.fitted()) {
       set.fit();
       count += static_cast<double>(set.size());
     }
   }
-  if (count == 0 || sets[0].size() + sets[1].size() <= fewestPoints) {
-    return 0;
+  if (count == 0 || fit.sets[0].size() + fit.sets[1].size() <= fewestPoints) {
+    return fit;
   }
   const std::array<double, 2> constants = {nucleus.negativeIntercept, nucleus.positiveIntercept};
-  std::array<double, 2> share{};
-  std::array<double, 2> offsets{};
-  double offset = 0;
-  double squaredError = 0;
   for (std::size_t s = 0; s < 2; ++s) {
-    if (sets[s].fitted()) {
-      share[s] = static_cast<double>(sets[s].size()) / count;
-      offsets[s] = sets[s].intercept() - constants[s];
-      offset += offsets[s] * share[s];
-      squaredError += sets[s].error() * share[s] * sets[s].error() * share[s];
+    if (fit.sets[s].fitted()) {
+      const double share = static_cast<double>(fit.sets[s].size()) / count;
+      fit.share[s] = share;
+      fit.offset[s] = fit.sets[s].intercept() - constants[s];
+      fit.together += fit.offset[s] * share;
+      fit.squaredError += fit.sets[s].error() * share * fit.sets[s].error() * share;
     }
   }
-  if (!(squaredError > 0)) {
+  return fit;
+}
+
+double nucleusLoss(const ReferencePoints& points, const Shifted& shifted, const Nucleus& nucleus,
+                   Adjustments* gradient) {
+  const NucleusFit fit = fitNucleus(shifted, nucleus);
+  if (!(fit.squaredError > 0)) {
     return 0;
   }
   double slope = 0;
-  double loss = robustSquare(offset / nucleus.width, slope);
+  double loss = robustSquare(fit.together / nucleus.width, slope);
   double byOffset = slope / nucleus.width;
   double bySquaredError = 0;
-  loss += recordedLoss(offset, std::sqrt(squaredError), byOffset, bySquaredError);
+  loss += recordedLoss(fit.together, std::sqrt(fit.squaredError), byOffset, bySquaredError);
   for (std::size_t s = 0; s < 2; ++s) {
-    if (!sets[s].fitted()) {
+    const double share = fit.share[s];
+    if (!(share > 0)) {
       continue;
     }
-    loss += setWeight * share[s] * robustSquare(offsets[s] / nucleus.width, slope);
+    loss += setWeight * share * robustSquare(fit.offset[s] / nucleus.width, slope);
     if (gradient == nullptr) {
       continue;
     }
     const double byIntercept =
-        nucleus.weight * (byOffset * share[s] + setWeight * share[s] * slope / nucleus.width);
-    const double bySetError = nucleus.weight * bySquaredError * share[s] * share[s];
-    sets[s].backward(byIntercept, bySetError, [&](std::size_t i, double byX, double byY) {
+        nucleus.weight * share * (byOffset + setWeight * slope / nucleus.width);
+    const double bySetError = nucleus.weight * bySquaredError * share * share;
+    fit.sets[s].backward(byIntercept, bySetError, [&](std::size_t i, double byX, double byY) {
       const std::uint8_t letter = points[i].letter;
       (*gradient)[nucleus.atom][letter] -= byY;
       (*gradient)[adjCA][letter] -= byX;

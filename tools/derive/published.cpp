@@ -68,20 +68,23 @@ void readNeighbourEffects(const std::string& path, Published& published) {
   }
 }
 
-/// The effect of a following proline: the mean over the residues of both peptides.
+/// The effect of a following proline: the mean over the residues of both peptides. For CB it is
+/// that on a proline, more than twice the mean: the prediction rests on this shift, and among the
+/// prolines before a proline the mean would hide the cis ones.
 void setEffectOfNextProline(const ResidueValues& beforeProline, Published& published) {
+  const std::size_t proline = letterIndex('P');
   for (std::size_t atom = 0; atom < atomCount; ++atom) {
     double sum = 0;
     int count = 0;
     for (std::size_t letter = 0; letter < letterCount; ++letter) {
       const double alone = published.randomCoil[letter][atom];
       const double before = beforeProline[letter][atom];
-      if (letter != letterIndex('P') && alone < noValue && before < noValue) {
+      if ((letter == proline) == (atom == CB) && alone < noValue && before < noValue) {
         sum += before - alone;
         ++count;
       }
     }
-    published.next[letterIndex('P')][atom] = count > 0 ? sum / count : 0;
+    published.next[proline][atom] = count > 0 ? sum / count : 0;
   }
 }
 
@@ -117,6 +120,22 @@ void readNeighbourCounts(const std::string& path, Published& published) {
   published.after[letterIndex('c')] = published.after[letterIndex('C')];
 }
 
+PublishedRule readRule(const std::string& path) {
+  const TextTable table = TextTable::readTsv(path, {"isomer", "atom", "mean", "sd"});
+  PublishedRule rule;
+  for (const TextRow& row : table.rows()) {
+    if (table.text(row, "atom") == "CB-CG") {
+      const bool cis = table.text(row, "isomer") == "cis";
+      (cis ? rule.cisMean : rule.transMean) = table.number(row, "mean");
+      (cis ? rule.cisWidth : rule.transWidth) = table.number(row, "sd");
+    }
+  }
+  if (!(rule.cisWidth > 0 && rule.transWidth > 0)) {
+    table.refuseFile("no CB-CG rows for both isomers");
+  }
+  return rule;
+}
+
 } // namespace
 
 Published readPublished(const std::string& folder) {
@@ -129,6 +148,7 @@ Published readPublished(const std::string& folder) {
   setEffectOfNextProline(readShiftTable(folder + "/wishart1995_GGXPGG.tsv"), published);
   published.isotope = readIsotopeShifts(folder + "/deuterium_isotope_shifts.tsv");
   readNeighbourCounts(folder + "/pdb_proline_neighbours.tsv", published);
+  published.rule = readRule(folder + "/proline_cis_trans_shifts.tsv");
   return published;
 }
 

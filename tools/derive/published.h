@@ -23,6 +23,11 @@ struct NeighbourCounts {
 };
 using NeighbourTable = std::array<NeighbourCounts, letterCount>;
 
+/// Published means and deviations of CB - CG of prolines, ppm.
+struct PublishedRule {
+  double transMean = 0, transWidth = 0, cisMean = 0, cisWidth = 0;
+};
+
 struct Published {
   ResidueValues randomCoil{}; ///< noValue where the atom does not exist or is not used
   ResidueValues previous{};   ///< effect of the residue before, by that residue
@@ -30,6 +35,7 @@ struct Published {
   IsotopeValues isotope{};    ///< deuterated minus protonated; noValue for glycine CB
   NeighbourTable before{};    ///< counts of residues before prolines
   NeighbourTable after{};     ///< counts of residues after prolines
+  PublishedRule rule;
 };
 
 /// Reads the tables of `folder`; throws ToolError with file and line for anything missing.

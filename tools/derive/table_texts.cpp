@@ -219,7 +219,9 @@ std::map<std::string, std::string> tableTexts(const TableSet& tables, const Orig
       {"Effect of the following residue on a random-coil shift in ppm, by that residue.",
        "Relative to a following alanine, as in Ac-GGXAGG-NH2.",
        std::string("Source: ") + neighbourSource,
-       std::string("Effect of a proline: mean of GGXPGG minus GGXAGG, ") + randomCoilSource});
+       "Effect of a proline: mean of GGXPGG minus GGXAGG; for CB that on a proline, -1.2 ppm,",
+       "because the prediction rests on CB of prolines; the mean of the others is -0.48 ppm.",
+       std::string("Source of both: ") + randomCoilSource});
   texts["sslimit.tab"] = limitsTable(tables, origin);
   texts["isoadj.tab"] = isotopeTable(tables, origin);
   texts["Pro.cs.tab"] = statisticsTable(tables, origin);

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+
+#include "tools/derive/cross_validation.h"
+#include "tools/derive/metrics.h"
+
+/// The sections of docs/accuracy.md, each as Markdown text that ends with an empty line.
+namespace derive {
+
+/// The calls of one experiment on the prolines that it predicts and `keep` accepts.
+template <class Keep>
+std::vector<Call> callsOf(const CrossValidation& result, std::size_t experiment, Keep keep) {
+  std::vector<Call> calls;
+  for (const ScoredProline& proline : result.prolines) {
+    if (proline.predicted[experiment] && keep(proline)) {
+      calls.push_back({proline.probability[experiment], proline.label.cis});
+    }
+  }
+  return calls;
+}
+
+/// Whether the label rests on more than a structure.
+inline bool shiftsAgree(const ScoredProline& proline) {
+  return proline.label.source != Source::structure;
+}
+
+inline bool anyTruth(const ScoredProline&) {
+  return true;
+}
+
+/// Heads and cells of a row of measures, after a first cell with the row's name.
+std::vector<std::string> measureHead(const std::string& name);
+std::vector<std::string> measureRow(const std::string& name, const std::vector<Call>& calls);
+
+std::string truthSection(const CrossValidation& result);
+std::string presenceSection(const CrossValidation& result);
+std::string comparisonSection(const CrossValidation& result, const PublishedRule& rule);
+std::string calibrationSection(const CrossValidation& result);
+std::string referencingSection(const CrossValidation& result);
+std::string experimentSection(const CrossValidation& result);
+std::string statisticsSection(const TableSet& tables);
+std::string wrongSection(const Training& training, const CrossValidation& result);
+
+} // namespace derive
