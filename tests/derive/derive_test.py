@@ -1,0 +1,216 @@
+#!/usr/bin/env python3
+"""citrans-derive as a user runs it, on made-up data: output, repetition, refusals, the report.
+
+usage: derive_test.py CITRANS_DERIVE
+"""
+import os
+import random
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.dom.minidom
+from pathlib import Path
+
+DERIVE = os.path.abspath(sys.argv[1])
+LETTERS = "ACDEFGHIKLMNPQRSTVWY"
+ATOMS = "N HN HA C CA CB".split()
+COIL = dict(N=120, HN=8.2, HA=4.4, C=176, CA=56, CB=33)
+TABLES = ["Pro.cs.tab", "Pro.seq.tab", "isoadj.tab", "randcoil.tab", "rcadj.tab", "rcnext.tab",
+          "rcprev.tab", "sslimit.tab"]
+
+
+def write(path, lines):
+    with open(path, "w") as file:
+        file.write("\n".join(lines) + "\n")
+
+
+def write_published(folder):
+    os.makedirs(folder)
+    for name, shift in (("wishart1995_GGXAGG", 0), ("wishart1995_GGXPGG", -0.5)):
+        rows = ["\t".join([x] + [str(COIL[a] + shift) for a in ATOMS]) for x in [*LETTERS, "C_ox"]]
+        write(f"{folder}/{name}.tsv", ["# made up", "\t".join(["residue", *ATOMS]), *rows])
+    write(f"{folder}/tamiola2010_neighbour_corrections.tsv",
+          ["X\tatom\tX_at_i+1\tX_at_i-1", *(f"{x}\t{a}\t0.1\t0.2" for x in LETTERS for a in ATOMS)])
+    write(f"{folder}/deuterium_isotope_shifts.tsv",
+          ["residue\trule_CA\trule_CB\ttable_CA",
+           *(f"{x}\t-0.5\t{'NA' if x == 'G' else -0.7}\t-0.4" for x in LETTERS)])
+    write(f"{folder}/pdb_proline_neighbours.tsv",
+          ["position\tresidue\tn_cis\tn_trans",
+           *(f"{p}\t{x}\t{50 + i}\t{900 - i}" for p in ("-1", "+1") for i, x in enumerate(LETTERS))])
+    write(f"{folder}/proline_cis_trans_shifts.tsv",
+          ["isomer\tatom\tmean\tsd", "trans\tCB-CG\t4.51\t1.17", "cis\tCB-CG\t9.64\t1.27"])
+
+
+def write_training(folder, proteins=40, length=60):
+    """Proteins with a proline at every twelfth place, one in five of them cis by CB and CG."""
+    rng = random.Random(1)
+    sequences, shifts, prolines = [], [], []
+    for number in range(proteins):
+        entry = f"p{number}"
+        letters = [rng.choice(LETTERS.replace("P", "")) for _ in range(length)]
+        for place in range(5, length - 1, 12):
+            letters[place] = "P"
+        sequences.append(f"{entry} {number} {''.join(letters)}")
+        for place, letter in enumerate(letters, 1):
+            cis = letter == "P" and rng.random() < 0.2
+            value = {a: COIL[a] + rng.gauss(0, 1) * (0.2 if a[0] == "H" else 1.2) for a in ATOMS}
+            cg = 24.5 if cis else 27.3
+            if letter == "P":
+                value["CB"] = (34.5 if cis else 32) + rng.gauss(0, 0.8)
+                label = "cis" if cis else "trans"
+                source = rng.choice(["both", "shifts", "structure"])
+                prolines.append(f"{entry} {place} {label} {source} {value['CB'] - cg:.2f}")
+            cells = [f"{value[a]:.2f}" for a in "N HA C CA CB HN".split()]
+            cells += ["9999", "9999", f"{cg + rng.gauss(0, 0.5):.2f}" if letter == "P" else "9999"]
+            shifts.append(f"{entry} {place} {letter} {' '.join(cells)}")
+    write(f"{folder}/training_sequences.tab",
+          ["REMARK made up", "VARS ENTRY CLUSTER SEQUENCE", "FORMAT %s %d %s", *sequences])
+    write(f"{folder}/training_shifts.tab",
+          ["VARS ENTRY RESID RESNAME N HA C CA CB HN HA2 HA3 CG",
+           "FORMAT %s %d %s" + " %8.3f" * 9, *shifts])
+    write(f"{folder}/training_prolines.tab",
+          ["VARS ENTRY RESID LABEL SOURCE DELTA", "FORMAT %s %d %s %s %f", *prolines])
+
+
+# file, pattern in its text, replacement, what the line about it holds after "file:line: "
+FAULTS = [
+    ("training_shifts.tab", r"HA2 HA3 CG", "HA2 HA3 XX", 1, "no column CG"),
+    ("training_shifts.tab", r"(?m)^(p0 1 \S+) \S+", r"\1 12.x", 3, "N is no number: '12.x'"),
+    ("training_shifts.tab", r"(?m)^(p0 2 .*) \S+$", r"\1", 4, "11 cells in a table of 12 columns"),
+    ("training_shifts.tab", r"(?m)^p0 3 ", "p0 61 ", 5, "residue 61 outside a sequence of 60"),
+    ("training_shifts.tab", r"(?m)^p0 4 ", "q0 4 ", 6, "no sequence for entry q0"),
+    ("training_prolines.tab", r"(?m)^p0 6 ", "p0 0 ", 3, "residue 0 outside a sequence of 60"),
+    ("training_prolines.tab", r"(?m)^p0 6 ", "p0 7 ", 3, "residue 7 is no proline"),
+    ("training_prolines.tab", r"(?m)^p0 6 \S+", "p0 6 both", 3, "LABEL is none of"),
+    ("training_prolines.tab", r" cis ", " trans ", None, "no cis proline"),
+    ("training_prolines.tab", r" trans ", " cis ", None, "no trans proline"),
+    ("training_sequences.tab", r"(?m)^p1 1 ", "p0 1 ", 5, "entry p0 occurs twice"),
+    ("training_sequences.tab", r"(?m)^p1 1 ", "p1 one ", 5, "CLUSTER is no integer: 'one'"),
+    ("published/wishart1995_GGXAGG.tsv", r"\tCA\t", "\tCX\t", 2, "no column CA"),
+    ("published/pdb_proline_neighbours.tsv", r"\+1\tA", "0\tA", 22, "unknown residue or position"),
+]
+
+
+class Derive(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.mkdtemp()
+        cls.data = os.path.join(cls.folder, "data")
+        write_published(os.path.join(cls.data, "published"))
+        write_training(cls.data)
+
+    @classmethod
+    def tearDownClass(cls):
+        shutil.rmtree(cls.folder)
+
+    def run_derive(self, *arguments):
+        return subprocess.run([DERIVE, *arguments], cwd=self.folder, capture_output=True,
+                              text=True, timeout=250)
+
+    def derive(self, out, data=None):
+        return self.run_derive("tables", data or self.data, out)
+
+    def read(self, out):
+        return {path.name: path.read_text() for path in Path(self.folder, out).iterdir()}
+
+    def test_the_same_data_give_the_same_bytes(self):
+        for out in ("first", "second"):
+            done = self.derive(out)
+            self.assertEqual((done.returncode, done.stdout), (0, ""), done.stderr)
+        tables = self.read("first")
+        self.assertEqual(sorted(tables), sorted(TABLES))
+        self.assertEqual(tables, self.read("second"))
+        for name, text in tables.items():
+            self.assertIn("REMARK Selection: 40 proteins with 200 labelled prolines", text, name)
+            self.assertRegex(text, r"REMARK Made by citrans-derive \S+: citrans-derive tables DATA")
+            self.assertNotRegex(text, r"\b(nan|inf)\b", name)
+
+    def test_rows_cover_every_code_and_name(self):
+        self.derive("rows")
+        tables = self.read("rows")
+        codes = set("ABCDEFGHIJKLMNOPQRSTUVWYchp")
+        names = {"ALA", "CYS", "cys", "HIS", "HIS+", "his", "LYS+", "ARG+", "PRO", "TYR"}
+        for name in TABLES[1:]:
+            rows = [line.split() for line in tables[name].split("\nFORMAT")[1].splitlines()[1:]]
+            found = {row[0] for row in rows if row}
+            needed = codes if name in ("sslimit.tab", "Pro.seq.tab") else (
+                codes - set("BJOU")) | names
+            self.assertLessEqual(needed, found, name)
+        # What an atom does not have reads as missing: a shift of 9999 less any adjustment.
+        coil = {line.split()[0]: line.split()[1:] for line in tables["randcoil.tab"].splitlines()
+                if line[:4] in ("P   ", "G   ")}
+        self.assertEqual([coil["P"][0], coil["P"][5]], ["9999.000", "9999.000"])
+        self.assertRegex(tables["isoadj.tab"], r"(?m)^G +-0.400 9999.000$")
+        # The effect of a next proline: -0.5 in both made-up peptides.
+        self.assertRegex(tables["rcnext.tab"], r"(?m)^P( +-0\.500){6}$")
+
+    def test_bad_input_is_one_line_and_leaves_the_tables(self):
+        self.derive("kept")
+        before = self.read("kept")
+        for name, pattern, replacement, line, message in FAULTS:
+            with self.subTest(message=message):
+                data = os.path.join(self.folder, "bad")
+                shutil.copytree(self.data, data)
+                path = Path(data, name)
+                text = path.read_text()
+                changed = re.sub(pattern, replacement, text, count=0 if line is None else 1)
+                self.assertNotEqual(text, changed)
+                path.write_text(changed)
+                done = self.derive("kept", data)
+                shutil.rmtree(data)
+                place = line or len(text.splitlines())
+                self.assertEqual(done.returncode, 65)
+                self.assertEqual(done.stderr.count("\n"), 1, done.stderr)
+                self.assertIn(f"{name}:{place}: {message}", done.stderr)
+                self.assertEqual(self.read("kept"), before)
+
+    def test_files_that_cannot_be_read_or_written(self):
+        self.assertEqual(self.derive("none", "no-such-folder").returncode, 66)
+        write(os.path.join(self.folder, "file"), ["not a folder"])
+        done = self.derive("file")
+        self.assertEqual(done.returncode, 73, done.stderr)
+        self.assertEqual(Path(self.folder, "file").read_text(), "not a folder\n")
+        # One table that cannot take its name: the others keep what they held, none stays beside.
+        self.derive("half")
+        path = os.path.join(self.folder, "half", "Pro.cs.tab")
+        os.remove(path)
+        os.makedirs(os.path.join(path, "in the way"))
+        self.assertEqual(self.derive("half").returncode, 73)
+        self.assertEqual(sorted(os.listdir(os.path.dirname(path))), sorted(TABLES))
+
+    def test_command_line(self):
+        self.assertEqual(self.run_derive().returncode, 1)
+        self.assertEqual(self.run_derive("guess", self.data).returncode, 1)
+        self.assertRegex(self.run_derive("--version").stdout, r"^citrans-derive \d")
+
+    def test_the_report_agrees_with_itself(self):
+        done = self.run_derive("accuracy", self.data, "docs")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        files = self.read("docs")
+        report = files.pop("accuracy.md")
+        for name, text in files.items():
+            self.assertIn(f"({name})", report)
+            xml.dom.minidom.parseString(text)
+        tables = re.findall(r"(?m)(?:^\|.*\n)+", report)
+        for table in tables:
+            self.assertEqual(len({line.count("|") for line in table.splitlines()}), 1, table)
+        cells = [[cell.strip() for cell in line.strip("|\n").split("|")]
+                 for line in re.findall(r"(?m)^\|.*\n", report)]
+        hidden = [row for row in cells if row[0] == "all"][1]
+        # Every proline called wrong with CG hidden is listed, and no other.
+        listed = [row for row in cells if re.fullmatch(r"p\d+", row[0])]
+        self.assertEqual(sum(map(int, hidden[9].split(", "))), len(listed))
+        # The sources part the prolines.
+        parts = [int(row[1]) for row in cells
+                 if row[0] in ("both", "shifts", "structure") and row[1].isdigit()][3:6]
+        self.assertEqual(sum(parts), int(hidden[1]))
+        # CB and CG were made to part the forms: the calls must follow them.
+        given = [row for row in cells if row[0] == "all"][0]
+        self.assertGreater(float(given[6]), 0.9)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
