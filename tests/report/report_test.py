@@ -298,6 +298,17 @@ class Report(unittest.TestCase):
         self.assertIn("last residue", prolines[-1]["evidence"])
         self.assertEqual((prolines[0]["call"], prolines[0]["predicted"]), (None, False))
 
+    def test_tables_are_found_beside_an_installed_program(self):
+        self.predict()
+        os.makedirs(self.path("root/bin"))
+        shutil.copy(REPORT, self.path("root/bin/citrans-report"))
+        shutil.copytree(TAB, self.path("root/share/citrans/tab"))
+        bare = {key: text for key, text in os.environ.items() if key != "CITRANS_DIR"}
+        for extra, status in (({}, 0), ({"CITRANS_DIR": "/nowhere/"}, 66)):
+            run = subprocess.run([self.path("root/bin/citrans-report"), self.summary],
+                                 capture_output=True, cwd=self.folder, env={**bare, **extra})
+            self.assertEqual(run.returncode, status, run.stderr)
+
     def test_a_sequence_of_55_letters_keeps_its_length(self):
         # citrans writes such a sequence with a line more, which reads back as further letters.
         with open(os.path.join(ROOT, "examples/ybbr.tab")) as file:

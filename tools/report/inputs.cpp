@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <unistd.h>
 
 #include "table/number.h"
@@ -204,7 +206,17 @@ Inputs readInputs(const InputPaths& paths) {
 }
 
 std::string databaseFolder(const std::string& database) {
-  return database.empty() ? CITRANS().tabDir : database;
+  if (!database.empty()) {
+    return database;
+  }
+  const std::string usual = CITRANS().tabDir;
+  if (std::getenv("CITRANS_DIR") != nullptr || std::filesystem::exists(usual)) {
+    return usual;
+  }
+  std::error_code error;
+  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
+  const std::filesystem::path installed = self.parent_path().parent_path() / "share/citrans/tab";
+  return std::filesystem::exists(installed, error) ? installed.string() : usual;
 }
 
 void fillRun(CITRANS& run, const Inputs& inputs, const std::string& folder) {

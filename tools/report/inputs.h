@@ -68,7 +68,9 @@ std::string shiftTableName(const std::string& summary);
 /// and "author". Throws ToolError(badData) for other headers, short rows and numbers given twice.
 std::map<int, std::string> readAuthorMap(const std::string& path);
 
-/// Where the tables of the database are: `database`, or what citrans would use.
+/// Where the tables of the database are: `database` when given; else where citrans looks, below
+/// CITRANS_DIR or the current directory; else, when that is not there, those that are installed
+/// with this program.
 std::string databaseFolder(const std::string& database);
 
 /// Gives a run what its preparation would have left: sequence, secondary shifts (six rows for each

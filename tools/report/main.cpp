@@ -23,8 +23,9 @@ void declareOptions(CLI::App& app, Options& options) {
       ->required();
   app.add_option("--shifts", options.paths.shifts,
                  "secondary-shift table (default: as citrans names it beside the summary)");
-  app.add_option("--tab", options.paths.database,
-                 "folder of the database tables (default: tab below CITRANS_DIR or here)");
+  app.add_option(
+      "--tab", options.paths.database,
+      "folder of the database tables (default: tab below CITRANS_DIR or here, else the installed)");
   app.add_option("--map", options.paths.map, "author numbers, from citrans-import --map");
   app.add_flag("--noclip", options.noclip, "the run had -noclip");
   app.add_option("-o,--output", options.html,
