@@ -292,10 +292,15 @@ class Report(unittest.TestCase):
             text = file.read()
         text = text.replace("DATA SEQUENCE SSQTL", "DATA SEQUENCE PSQTL")
         text = text.replace("VTLQLE HHHHHH", "VTLQLE HHHHHP")
+        text = "".join(line for line in text.splitlines(True)
+                       if line.split()[:1] not in (["20"], ["22"]) or " HA " in line)
         self.predict(shifts=self.write("ends.tab", text))
         prolines = self.json()["prolines"]
         self.assertIn("first residue", prolines[0]["evidence"])
         self.assertIn("last residue", prolines[-1]["evidence"])
+        self.assertIn("the table has 1 of Thr20, 4 of Pro21, 1 of Ala22", prolines[2]["evidence"])
+        self.predict("-last", "50", shifts=self.path("ends.tab"))
+        self.assertIn("outside the range", self.json()["prolines"][5]["evidence"])
         self.assertEqual((prolines[0]["call"], prolines[0]["predicted"]), (None, False))
 
     def test_tables_are_found_beside_an_installed_program(self):

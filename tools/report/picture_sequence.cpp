@@ -55,7 +55,9 @@ void drawLetters(Picture& picture, const Report& report, int first, int last) {
     picture.text(middle, 27, "middle", style,
                  name == report.inputs.sequence.end() ? "" : name->second);
     if ((residue - first) % 10 == 0) {
-      picture.text(middle - 3, 12, "start", "muted small", report.inputs.number(residue));
+      const bool room = last - residue >= 3;
+      picture.text(room ? middle - 3 : middle + 4, 12, room ? "start" : "end", "muted small",
+                   report.inputs.number(residue));
     }
   }
 }

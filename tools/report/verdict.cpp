@@ -17,6 +17,8 @@ constexpr double strongFrom = 5;
 /// A single contribution worth naming.
 constexpr double notable = 1;
 constexpr std::size_t mostNamed = 4;
+/// A residue with fewer shifts is of no use to a prediction.
+constexpr int fewestShifts = 3;
 
 const char* strengthOf(double logRatio) {
   const double size = std::fabs(logRatio);
@@ -125,6 +127,25 @@ std::vector<std::string> farFromBoth(const Evidence& evidence, const Inputs& inp
   return named;
 }
 
+/// Why a proline inside the sequence was left out, as far as the table of shifts tells.
+std::string tooFewShifts(const Inputs& inputs, int proline) {
+  std::string counts;
+  int poor = 0;
+  for (int residue = proline - 1; residue <= proline + 1; ++residue) {
+    const auto count =
+        std::count_if(inputs.shifts.begin(), inputs.shifts.end(),
+                      [residue](const ShiftRow& row) { return row.residue == residue; });
+    poor += count < fewestShifts ? 1 : 0;
+    counts += (counts.empty() ? "" : ", ") + std::to_string(count) + " of " +
+              inputs.residueLabel(residue);
+  }
+  return poor >= 2
+             ? "Two of the three residues need at least three of their six shifts; the "
+               "table has " +
+                   counts + "."
+             : "It lies outside the range of residues that was asked for, or that has shifts.";
+}
+
 Verdict withoutLikelihood(const Evidence& evidence, const Inputs& inputs) {
   Verdict verdict;
   verdict.headline = "no call";
@@ -192,9 +213,7 @@ Verdict notPredicted(const Inputs& inputs, int proline) {
   } else if (proline >= inputs.residueCount) {
     verdict.evidence = "It is the last residue, and the residue after it is needed.";
   } else {
-    verdict.evidence =
-        "Two of the three residues have fewer than three of their six shifts, or the "
-        "proline is outside the range of residues that was asked for.";
+    verdict.evidence = tooFewShifts(inputs, proline);
   }
   return verdict;
 }
