@@ -43,14 +43,14 @@ class CITRANS {
   /// Takes the database directory from the environment and fills the accepted option names.
   CITRANS();
   /// Only stores the name of the input table.
-  explicit CITRANS(const std::string& inputName);
+  explicit CITRANS(std::string inputName);
   ~CITRANS();
 
   // --- app: options and texts ----------------------------------------------------------------
 
   /// Applies the options; an empty value counts as not given. "help" prints the usage text and
   /// ends the run with status 0.
-  void setArgs(Options options);
+  void setArgs(const Options& options);
   /// Whether the command line may hold this option.
   bool acceptsOption(const std::string& name) const;
   /// Prints the banner on standard error.
@@ -222,5 +222,5 @@ class CITRANS {
 
   int lowestResidue = 0;
   int highestResidue = 0;
-  mutable char textBuffer[32];
+  mutable char textBuffer[32] = {};
 };

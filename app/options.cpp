@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "app/citrans.h"
 #include "table/number.h"
@@ -49,7 +50,7 @@ CITRANS::CITRANS()
   findDatabase();
 }
 
-CITRANS::CITRANS(const std::string& inputName) : inName(inputName) {}
+CITRANS::CITRANS(std::string inputName) : inName(std::move(inputName)) {}
 
 CITRANS::~CITRANS() = default;
 
@@ -71,7 +72,7 @@ bool CITRANS::acceptsOption(const std::string& name) const {
   return std::find(argNames.begin(), argNames.end(), name) != argNames.end();
 }
 
-void CITRANS::setArgs(Options options) {
+void CITRANS::setArgs(const Options& options) {
   if (given(options, "help")) {
     printSyntax();
   }

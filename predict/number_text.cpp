@@ -11,6 +11,7 @@ constexpr int largestPrecision = 99;
 /// Significant digits of every number that tables store.
 constexpr int storedDigits = 6;
 constexpr long storedLimit = 1000000; // 10 to the power of storedDigits
+constexpr double leastScaled = 1e5;   // with all those digits before the point
 
 /// Trailing zeros of a fraction, and a point left alone, are not printed by 'g'.
 char* withoutTrailingZeros(char* buf, char* end) {
@@ -37,7 +38,7 @@ bool writeSixDigits(float value, char* buf) {
   int decimals = 0;
   double scaled = size;
   double scale = 1;
-  while (scaled < storedLimit / 10) {
+  while (scaled < leastScaled) {
     scale *= 10;
     scaled = size * scale;
     ++decimals;

@@ -27,7 +27,6 @@ bool arePartners(int residue, int other) {
 PDB::PDB() : firstResID(beforeAnyFirst), lastResID(beforeAnyLast) {}
 
 PDB::PDB(const std::string& path) : PDB() {
-  fileName = path;
   loadPDB(path);
 }
 

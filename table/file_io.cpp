@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr std::size_t firstBufferSize = 16 * 1024;
-constexpr std::size_t flushSize = 64 * 1024;
+constexpr std::size_t firstBufferSize = std::size_t{16} * 1024;
+constexpr std::size_t flushSize = std::size_t{64} * 1024;
 
 /// Room for a regular file and one byte more, so that its end is seen without growing.
 std::size_t expectedSize(int descriptor) {

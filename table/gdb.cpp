@@ -9,7 +9,6 @@ GDB::GDB() = default;
 
 GDB::GDB(const std::string& fileName) {
   loadGDB(fileName);
-  plaintext_ = false;
 }
 
 GDB::~GDB() = default;

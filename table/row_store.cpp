@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr std::size_t firstBlockSize = 4 * 1024;
-constexpr std::size_t largestBlockSize = 1024 * 1024;
+constexpr std::size_t firstBlockSize = std::size_t{4} * 1024;
+constexpr std::size_t largestBlockSize = std::size_t{1024} * 1024;
 
 /// Second slot of an index over one column only.
 constexpr RowStore::Slot noSlot = static_cast<RowStore::Slot>(-1);

@@ -30,8 +30,10 @@ constexpr int cannotStart = 127;
 ProcessEnd runProcess(const std::vector<std::string>& arguments, const std::string& outputFile,
                       const std::string& errorFile, unsigned seconds) {
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) {
-    pointers.push_back(const_cast<char*>(argument.c_str()));
+    // What `exec` asks for; it changes no argument.
+    pointers.push_back(const_cast<char*>(argument.c_str())); // NOLINT(*-const-cast)
   }
   pointers.push_back(nullptr);
   const pid_t child = fork();

@@ -32,7 +32,10 @@ void writeFilesTogether(const std::string& folder,
   std::vector<Pending> files;
   for (const auto& [name, text] : textByName) {
     const std::string path = folder + "/" + name;
-    files.push_back({path + ".part" + std::to_string(getpid()), path});
+    std::string beside = path;
+    beside += ".part";
+    beside += std::to_string(getpid());
+    files.push_back({beside, path});
     OutputFile file(files.back().beside);
     file.buffer() = text;
     if (!file.close()) {
