@@ -26,6 +26,9 @@ std::string cellOf(CITRANS& run, int residue, const char* atom, const char* colu
 }
 
 void addShift(CITRANS& run, int residue, const char* atom, double shift) {
+  for (const char* column : {"RESID", "ATOMNAME", "SHIFT"}) {
+    run.shiftTable.addVAR(column, "%s");
+  }
   const std::size_t row = run.shiftTable.appendRow();
   run.shiftTable.setCell(row, "RESID", std::to_string(residue));
   run.shiftTable.setCell(row, "ATOMNAME", atom);
