@@ -18,7 +18,7 @@ constexpr struct {
   const char* atom;
   double scale; ///< ppm
 } tracks[] = {{"CA", 5}, {"CB", 5}, {"C", 5}, {"HA", 1}, {"N", 10}, {"HN", 1.5}};
-constexpr double trackCount = sizeof tracks / sizeof tracks[0];
+constexpr double trackCount = static_cast<double>(std::size(tracks));
 
 double columnX(int residue, int first) {
   return left + (residue - first) * step;
