@@ -129,6 +129,63 @@ class Import(unittest.TestCase):
         said = star3().replace(" _Entity.Label", " _Entity.Thiol_state 'all disulfide bound'\n _E.x")
         self.assertIn("SPGc", self.run_import(self.write("in", said)).stdout)
 
+    def test_listed_disulfide_bonds_oxidise_their_cysteines_only(self):
+        names = ["CYS", "PRO", "GLY", "CYS", "CYS"]
+        shifts = [(1, "CYS", "CB", "CB", 41.1), (5, "CYS", "CB", "CB", 28.0)]
+        ends = "".join(f" _Bond.{tag}_{end}\n" for tag in ("Entity_ID", "Comp_index_ID", "Atom_ID")
+                       for end in (1, 2))
+        for kind, atom, expected in (("disulfide", "SG", "cPGcC"), ("ester", "SG", "cPGcC"),
+                                     ("amide", "N", "CPGCC")):
+            bond = f"save_b\n loop_\n _Bond.ID\n _Bond.Type\n{ends} 1 {kind} 1 1 1 4 {atom} {atom}\n stop_\nsave_\n"
+            done = self.run_import(self.write("in", star3(shifts, names=names) + bond))
+            self.assertIn(f"DATA SEQUENCE {expected}\n", done.stdout, (kind, done.stderr))
+        ends = "".join(f" _nef_covalent_links.{tag}_{end}\n"
+                       for tag in ("chain_code", "sequence_code", "atom_name") for end in (1, 2))
+        link = f"save_b\n loop_\n{ends} A A 11 11 SG SG\n stop_\nsave_\n"
+        self.assertIn("SPGc", self.run_import(self.write("in", nef() + link)).stdout)
+
+    def test_heavy_water_is_no_deuterated_protein(self):
+        for pointers, deuterated in ((("1", "."), False), (("1", "1"), True), ((".", "."), True)):
+            sample = ("save_x\n loop_\n _Sample_component.Entity_ID\n _Sample_component.Isotopic_labeling\n"
+                      f" {pointers[0]} [U-15N]\n {pointers[1]} [U-2H]\n stop_\nsave_\n")
+            done = self.run_import(self.write("in", star3() + sample))
+            self.assertEqual("-iso" in done.stderr, deuterated, pointers)
+
+    def test_one_copy_of_a_molecule_is_taken(self):
+        rows = "".join(f" {copy} 1 {i} {NAMES[i - 1]} CA {50 + copy + i}\n"
+                       for copy, last in ((1, 2), (2, 4)) for i in range(1, last + 1))
+        text = star3([]).split("save_l")[0] + (
+            "save_l\n loop_\n _Atom_chem_shift.Entity_assembly_ID\n _Atom_chem_shift.Entity_ID\n"
+            " _Atom_chem_shift.Comp_index_ID\n _Atom_chem_shift.Comp_ID\n _Atom_chem_shift.Atom_ID\n"
+            " _Atom_chem_shift.Val\n" + rows + " stop_\nsave_\n")
+        file = self.write("in", text)
+        for arguments, values in (([], ["53.000", "54.000", "55.000", "56.000"]),
+                                  (["--copy", "1"], ["52.000", "53.000"])):
+            done = self.run_import(file, *arguments)
+            self.assertEqual([row[3] for row in rows_of(done.stdout)], values)
+            self.assertIn("of 2 in the assembly", done.stderr)
+            self.assertNotIn("two different shifts", done.stderr)
+        self.assertEqual(self.run_import(file, "--copy", "3").returncode, 65)
+
+    def test_author_numbers_that_jump_are_aligned_by_names(self):
+        """Twenty residues, of which the authors call the last ten 31 to 40; two have no shifts."""
+        names = [{"A": "ALA", "V": "VAL", "L": "LEU", "S": "SER", "K": "LYS", "P": "PRO", "G": "GLY"}[c]
+                 for c in "AVLSKPGVLAKSSPLVGAKL"]
+        numbers = [i if i <= 10 else i + 20 for i in range(1, 21)]
+        sequence = "".join(f" {i} {name}" for i, name in enumerate(names, 1))
+        rows = "".join(f" {number} {name} CA {50 + i}\n" for i, (number, name)
+                       in enumerate(zip(numbers, names), 1) if i not in (1, 15))
+        text = ("data_1\nsave_m\n _Mol_polymer_class protein\n loop_\n _Residue_seq_code\n _Residue_label\n"
+                + sequence + "\n stop_\nsave_\nsave_l\n loop_\n _Residue_seq_code\n _Residue_label\n"
+                " _Atom_name\n _Chem_shift_value\n" + rows + " stop_\nsave_\n")
+        done = self.run_import(self.write("in", text), "--map", self.path("map"))
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertEqual({int(row[0]): float(row[3]) for row in rows_of(done.stdout)},
+                         {i: 50.0 + i for i in range(1, 21) if i not in (1, 15)})
+        with open(self.path("map")) as file:
+            authors = [int(line.split("\t")[1]) for line in file.read().splitlines()[1:]]
+        self.assertEqual(authors, numbers)
+
     def test_choice_of_molecule_and_list(self):
         other = star3([(1, "DA", "H1'", None, 6.0)], head="", names=["DA"] * 4, entity="2")
         file = self.write("in", star3() + other.replace("save_e", "save_f").replace("save_l", "save_k"))
@@ -153,6 +210,7 @@ class Import(unittest.TestCase):
             ([self.write("long", "data_1 _a " + "x" * 5_000_000)], 65, "no assigned"),
             ([good, "-o", self.path("no/where")], 73, "cannot write"),
             ([good, "--bogus"], 1, "bogus"),
+            ([good, "--map", "-"], 1, "cannot both"),
             ([good, "--structure", good], 65, "no table"),
         ]:
             with self.subTest(arguments):
@@ -183,6 +241,9 @@ class Import(unittest.TestCase):
         done = self.run_import(table, "--structure", self.path("s.pdb.gz"), "-o", self.path("o.pdb"))
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertIn("proline 2 (102 in the structure): cis in 1 of 2 models", done.stderr)
+        cut = "".join(line for line in gzip.open(self.path("s.pdb.gz"), "rt") if " SER " not in line)
+        gap = self.run_import(table, "--structure", self.write("gap.pdb", cut))
+        self.assertIn("proline 2: it or the residue before it is not in the structure", gap.stderr)
         with open(self.path("o.pdb")) as file:
             numbers = [line[22:26].strip() for line in file if line.startswith("ATOM")]
         self.assertEqual(numbers, ["1", "1", "2", "2", "3"])

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,8 @@ struct Polymer {
   std::string id;   ///< entity ID, frame name or chain code
   std::string name; ///< for people
   std::vector<Residue> residues;
-  bool allDisulfide = false; ///< the deposition says that all its cysteines are oxidised
+  bool allDisulfide = false;    ///< the deposition says that all its cysteines are oxidised
+  std::set<std::string> bonded; ///< indices of the residues in listed disulfide bonds
 
   /// Whether most residues are amino acids.
   bool isProtein() const;
@@ -26,6 +28,7 @@ struct Polymer {
 /// One assigned shift.
 struct Shift {
   std::string polymer; ///< id of its polymer; may be empty
+  std::string copy;    ///< which copy of the polymer in the assembly; may be empty
   std::string index;   ///< residue number as the list counts
   std::string author;  ///< residue number of the authors; may be empty
   std::string residue; ///< three-letter name in capitals

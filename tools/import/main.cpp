@@ -36,6 +36,8 @@ void declareOptions(CLI::App& app, Options& options) {
                "show molecules and shift lists, then stop");
   app.add_option("--entity", options.choice.entity, "molecule to take, by ID or chain");
   app.add_option("--list", options.choice.list, "shift list to take, by ID or name");
+  app.add_option("--copy", options.choice.copy,
+                 "copy of the molecule to take, where the assembly has several");
   app.add_flag("--oxidised-by-cb", options.choice.oxidisedByCb,
                "cysteines with a CB above 34 ppm are oxidised");
   app.add_flag("--quiet", options.quiet, "say nothing of decisions, only warnings");
@@ -112,6 +114,9 @@ int runImport(int argc, char** argv) {
       return app.exit(error); // --help and --version
     }
     throw ToolError(ToolStatus::usage, error.what());
+  }
+  if (options.output == "-" && options.map == "-") {
+    throw ToolError(ToolStatus::usage, "table and map cannot both go to standard output");
   }
   if (options.structure.empty()) {
     importShifts(options);

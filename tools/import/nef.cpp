@@ -18,6 +18,28 @@ void addSequence(const StarLoop& loop, Deposition& deposition) {
   }
 }
 
+/// Adds the cysteines of links between two sulfurs.
+void addLinks(const StarLoop& loop, Deposition& deposition) {
+  const int atoms[] = {loop.column({"_nef_covalent_links.atom_name_1"}),
+                       loop.column({"_nef_covalent_links.atom_name_2"})};
+  const int chains[] = {loop.column({"_nef_covalent_links.chain_code_1"}),
+                        loop.column({"_nef_covalent_links.chain_code_2"})};
+  const int numbers[] = {loop.column({"_nef_covalent_links.sequence_code_1"}),
+                         loop.column({"_nef_covalent_links.sequence_code_2"})};
+  for (std::size_t row = 0; row < loop.rows(); ++row) {
+    if (loop.value(row, atoms[0]) != "SG" || loop.value(row, atoms[1]) != "SG") {
+      continue;
+    }
+    for (Polymer& polymer : deposition.polymers) {
+      for (const int end : {0, 1}) {
+        if (polymer.id == loop.value(row, chains[end])) {
+          polymer.bonded.insert(loop.value(row, numbers[end]));
+        }
+      }
+    }
+  }
+}
+
 void addShifts(const StarFrame& frame, const StarLoop& loop, Deposition& deposition) {
   const int chain = loop.column({"_nef_chemical_shift.chain_code"});
   const int number = loop.column({"_nef_chemical_shift.sequence_code"});
@@ -54,6 +76,11 @@ Deposition readNef(const std::vector<StarFrame>& frames) {
       if (loop.column({"_nef_chemical_shift.value"}) >= 0) {
         addShifts(frame, loop, deposition);
       }
+    }
+  }
+  for (const StarFrame& frame : frames) { // now that every chain is known
+    for (const StarLoop& loop : frame.loops) {
+      addLinks(loop, deposition);
     }
   }
   return deposition;

@@ -20,6 +20,11 @@ bool namesDeuterium(const std::string& labelling) {
   return text.find("2H") != std::string::npos || text.find("DEUTER") != std::string::npos;
 }
 
+/// Whether a cell points to a molecule: an entity ID, or "$" and the name of a frame.
+bool isPointer(const std::string& cell) {
+  return !cell.empty() && (cell[0] == '$' || (cell[0] >= '0' && cell[0] <= '9'));
+}
+
 bool saysAllOxidised(const std::string& thiolState) {
   return capitals(thiolState).find("ALL DISULFIDE") != std::string::npos;
 }
@@ -35,11 +40,39 @@ Polymer& polymerOf(Deposition& deposition, const std::string& id) {
   return deposition.polymers.back();
 }
 
-void noteLabelling(const StarLoop& loop, std::initializer_list<const char*> tags,
+/// Where a sample's components point to molecules, only those count: heavy water and buffers are
+/// deuterated in many samples whose protein is not.
+void noteLabelling(const StarLoop& loop, const char* labellingTag, const char* pointerTag,
                    Deposition& deposition) {
-  const int labelling = loop.column(tags);
+  const int labelling = loop.column({labellingTag});
+  const int pointer = loop.column({pointerTag});
+  bool pointed = false;
   for (std::size_t row = 0; row < loop.rows(); ++row) {
-    deposition.deuterated = deposition.deuterated || namesDeuterium(loop.value(row, labelling));
+    pointed = pointed || isPointer(loop.value(row, pointer));
+  }
+  for (std::size_t row = 0; row < loop.rows(); ++row) {
+    const bool counts = !pointed || isPointer(loop.value(row, pointer));
+    deposition.deuterated =
+        deposition.deuterated || (counts && namesDeuterium(loop.value(row, labelling)));
+  }
+}
+
+/// Adds the cysteines of `_Bond` rows that tie two sulfurs.
+void addBonds3(const StarLoop& loop, Deposition& deposition) {
+  const int type = loop.column({"_bond.type"});
+  const int atoms[] = {loop.column({"_bond.atom_id_1"}), loop.column({"_bond.atom_id_2"})};
+  const int entities[] = {loop.column({"_bond.entity_id_1"}), loop.column({"_bond.entity_id_2"})};
+  const int indices[] = {loop.column({"_bond.comp_index_id_1", "_bond.seq_id_1"}),
+                         loop.column({"_bond.comp_index_id_2", "_bond.seq_id_2"})};
+  for (std::size_t row = 0; row < loop.rows(); ++row) {
+    const bool sulfurs =
+        capitals(loop.value(row, atoms[0])) == "SG" && capitals(loop.value(row, atoms[1])) == "SG";
+    if (sulfurs || capitals(loop.value(row, type)) == "DISULFIDE") {
+      for (const int end : {0, 1}) {
+        polymerOf(deposition, loop.value(row, entities[end]))
+            .bonded.insert(loop.value(row, indices[end]));
+      }
+    }
   }
 }
 
@@ -66,6 +99,7 @@ void addSequence3(const StarLoop& loop, const std::string& frameEntity, Depositi
 
 void addShifts3(const StarFrame& frame, const StarLoop& loop, Deposition& deposition) {
   const int entity = loop.column({"_atom_chem_shift.entity_id"});
+  const int copy = loop.column({"_atom_chem_shift.entity_assembly_id"});
   const int index = loop.column({"_atom_chem_shift.comp_index_id", "_atom_chem_shift.seq_id"});
   const int sequence = loop.column({"_atom_chem_shift.seq_id"});
   const int author = loop.column({"_atom_chem_shift.auth_seq_id"});
@@ -81,6 +115,7 @@ void addShifts3(const StarFrame& frame, const StarLoop& loop, Deposition& deposi
   for (std::size_t row = 0; row < loop.rows(); ++row) {
     Shift shift;
     shift.polymer = loop.value(row, entity);
+    shift.copy = loop.value(row, copy);
     shift.index =
         loop.value(row, index).empty() ? loop.value(row, sequence) : loop.value(row, index);
     shift.author = loop.value(row, author);
@@ -191,7 +226,11 @@ Deposition readNmrStar3(const std::vector<StarFrame>& frames) {
       if (loop.column({"_atom_chem_shift.val"}) >= 0) {
         addShifts3(frame, loop, deposition);
       }
-      noteLabelling(loop, {"_sample_component.isotopic_labeling"}, deposition);
+      if (loop.column({"_bond.id", "_bond.type"}) >= 0) {
+        addBonds3(loop, deposition);
+      }
+      noteLabelling(loop, "_sample_component.isotopic_labeling", "_sample_component.entity_id",
+                    deposition);
     }
     addEntityTags3(frame, deposition);
   }
@@ -213,7 +252,7 @@ Deposition readNmrStar21(const std::vector<StarFrame>& frames) {
       if (loop.column({"_chem_shift_value"}) >= 0 && loop.column({"_residue_seq_code"}) >= 0) {
         addShifts21(frame, loop, molecules, deposition);
       }
-      noteLabelling(loop, {"_isotopic_labeling"}, deposition);
+      noteLabelling(loop, "_isotopic_labeling", "_mol_label", deposition);
     }
   }
   return deposition;

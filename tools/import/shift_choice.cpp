@@ -241,27 +241,57 @@ void warnOfMissingNuclei(ChosenShifts& chosen) {
 /// Marks oxidised cysteines, by what the deposition says or by their CB.
 void markCysteines(const Choice& choice, ChosenShifts& chosen) {
   std::size_t marked = 0;
+  const bool said = chosen.polymer.allDisulfide || !chosen.polymer.bonded.empty();
   for (std::size_t i = 0; i < chosen.letters.size(); ++i) {
+    const bool bySaying = chosen.polymer.allDisulfide ||
+                          chosen.polymer.bonded.count(chosen.polymer.residues[i].index) > 0;
     const auto cb = chosen.values[i].find("CB");
     const bool byCb = choice.oxidisedByCb && cb != chosen.values[i].end() &&
                       parseDouble(cb->second) > oxidisedFromCb;
-    if (chosen.letters[i] == 'C' && (chosen.polymer.allDisulfide || byCb)) {
+    if (chosen.letters[i] == 'C' && (bySaying || byCb)) {
       chosen.letters[i] = 'c';
       ++marked;
     }
   }
   if (marked > 0) {
-    chosen.notes.push_back(
-        counted(marked, "cysteines are oxidised (c), by ") +
-        (chosen.polymer.allDisulfide ? "what the deposition says" : "their CB above 34 ppm"));
+    chosen.notes.push_back(counted(marked, "cysteines are oxidised (c), by ") +
+                           (said ? "what the deposition says" : "") +
+                           (said && choice.oxidisedByCb ? " or " : "") +
+                           (choice.oxidisedByCb ? "their CB above 34 ppm" : ""));
   }
+}
+
+/// Keeps one copy of a polymer of which the list holds several, by default the one with the most
+/// shifts, and says so.
+std::vector<Shift> oneCopy(const std::vector<Shift>& shifts, const Choice& choice,
+                           const std::string& file, ChosenShifts& chosen) {
+  std::map<std::string, std::size_t> copies;
+  for (const Shift& shift : shifts) {
+    ++copies[shift.copy];
+  }
+  auto best = copies.begin();
+  for (auto copy = copies.begin(); copy != copies.end(); ++copy) {
+    best = copy->second > best->second ? copy : best;
+  }
+  best = choice.copy.empty() ? best : copies.find(choice.copy);
+  if (best == copies.end()) {
+    throw ToolError(ToolStatus::badData, file + ": no shifts of copy " + choice.copy);
+  }
+  if (copies.size() > 1) {
+    chosen.notes.push_back("copy " + best->first + " of " + std::to_string(copies.size()) +
+                           " in the assembly, with " + counted(best->second, "shifts"));
+  }
+  std::vector<Shift> kept;
+  std::copy_if(shifts.begin(), shifts.end(), std::back_inserter(kept),
+               [&best](const Shift& shift) { return shift.copy == best->first; });
+  return kept;
 }
 
 void describeResidues(ChosenShifts& chosen, const std::vector<Shift>& shifts,
                       const Numbering& numbering) {
   for (const Residue& residue : chosen.polymer.residues) {
     chosen.letters += oneLetterCode(residue.name);
-    chosen.authors.push_back(residue.author.empty() ? residue.index : residue.author);
+    chosen.authors.push_back(residue.author);
   }
   // The shifts know the authors' numbers better than the sequence where both speak.
   for (std::size_t i = 0; i < shifts.size(); ++i) {
@@ -271,6 +301,7 @@ void describeResidues(ChosenShifts& chosen, const std::vector<Shift>& shifts,
       chosen.authors[static_cast<std::size_t>(position) - 1] = author;
     }
   }
+  fillAuthors(chosen.polymer, chosen.authors);
 }
 
 } // namespace
@@ -281,7 +312,8 @@ ChosenShifts chooseShifts(const Deposition& given, const Choice& choice, const s
   ChosenShifts chosen;
   chosen.polymer = *pair.polymer;
   chosen.list = *pair.list;
-  const std::vector<Shift> shifts = shiftsOf(*pair.list, *pair.polymer, deposition);
+  const std::vector<Shift> shifts =
+      oneCopy(shiftsOf(*pair.list, *pair.polymer, deposition), choice, file, chosen);
   const Numbering numbering =
       alignNumbers(*pair.polymer, shifts, atLine(file, pair.list->line, ""));
   chosen.values.resize(chosen.polymer.residues.size());

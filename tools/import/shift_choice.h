@@ -16,6 +16,7 @@ constexpr std::array<const char*, 9> tableAtoms = {"N", "HN", "HA", "HA2", "HA3"
 struct Choice {
   std::string entity;
   std::string list;
+  std::string copy;          ///< of the polymer, where an assembly holds several
   bool oxidisedByCb = false; ///< cysteines with a CB above 34 ppm are oxidised
 };
 

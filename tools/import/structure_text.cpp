@@ -16,6 +16,13 @@ constexpr int mismatchScore = -2;
 constexpr int gapScore = -2;
 /// Omega nearer to 0 than to 180 degrees.
 constexpr float largestCisOmega = 90;
+/// Cells of an alignment, at most: what they take of memory in bytes.
+constexpr std::size_t largestAlignment = 400'000'000;
+/// What the columns of a PDB file hold.
+constexpr int largestNumber = 9999;
+constexpr double largestCoordinate = 9999.999;
+constexpr double smallestCoordinate = -999.999;
+constexpr double largestB = 999.99;
 
 std::string lettersOf(const ModelChain& chain) {
   std::string letters;
@@ -58,6 +65,9 @@ Fit chooseChain(const StructureModel& model, const std::string& letters, const s
       continue;
     }
     const std::string own = lettersOf(chain);
+    if ((letters.size() + 1) * (own.size() + 1) > largestAlignment) {
+      throw ToolError(ToolStatus::badData, file + ": chain " + chain.id + " is too long to align");
+    }
     const std::vector<int> positions = alignLetters(letters, own);
     const std::size_t same = agreements(letters, own, positions);
     if (best.chain == nullptr || same > best.same) {
@@ -82,9 +92,17 @@ std::string atomLine(int serial, int number, const std::string& residue, const M
   char line[128];
   std::snprintf(line, sizeof line,
                 "ATOM  %5d %-4.4s %3.3s A%4d    %8.3f%8.3f%8.3f%6.2f%6.2f%12.2s\n", serial % 100000,
-                name.c_str(), residue.c_str(), number % 10000, atom.x, atom.y, atom.z, 1.0,
-                atom.bFactor, atom.element.c_str());
+                name.c_str(), residue.c_str(), number, atom.x, atom.y, atom.z, 1.0,
+                std::clamp(atom.bFactor, 0.0, largestB), atom.element.c_str());
   return line;
+}
+
+/// Whether the columns of a PDB file have room; not for a coordinate that is no number either.
+bool fitsColumns(int number, const ModelAtom& atom) {
+  const auto inside = [](double value) {
+    return value >= smallestCoordinate && value <= largestCoordinate;
+  };
+  return number <= largestNumber && inside(atom.x) && inside(atom.y) && inside(atom.z);
 }
 
 std::string pdbText(const Fit& fit, const std::string& file) {
@@ -93,6 +111,11 @@ std::string pdbText(const Fit& fit, const std::string& file) {
   for (std::size_t i = 0; i < fit.chain->residues.size(); ++i) {
     const ModelResidue& residue = fit.chain->residues[i];
     for (const ModelAtom& atom : residue.atoms) {
+      if (fit.positions[i] > 0 && !fitsColumns(fit.positions[i], atom)) {
+        throw ToolError(ToolStatus::badData, file + ": atom " + atom.name + " of residue " +
+                                                 residue.number +
+                                                 " does not fit the columns of a PDB file");
+      }
       if (fit.positions[i] > 0) {
         text += atomLine(++serial, fit.positions[i], residue.name, atom);
       }
@@ -149,9 +172,33 @@ std::string prolineNote(const std::vector<StructureModel>& models, const ModelCh
       cis += std::fabs(omega) < largestCisOmega ? 1U : 0U;
     }
   }
-  return "proline " + std::to_string(position) + " (" + proline.number +
-         " in the structure): cis in " + std::to_string(cis) + " of " + std::to_string(seen) +
-         " models";
+  const std::string which =
+      "proline " + std::to_string(position) + " (" + proline.number + " in the structure): ";
+  return which + (seen == 0 ? "atoms are missing"
+                            : "cis in " + std::to_string(cis) + " of " + std::to_string(seen) +
+                                  (seen == 1 ? " model" : " models"));
+}
+
+/// What the structure says of each proline of the table, one line each.
+std::vector<std::string> prolineNotes(const std::vector<StructureModel>& models, const Fit& fit,
+                                      const std::string& letters) {
+  std::vector<std::string> notes;
+  for (std::size_t place = 2; place <= letters.size(); ++place) {
+    if (letters[place - 1] != 'P') {
+      continue;
+    }
+    const int position = static_cast<int>(place);
+    const auto found = std::find(fit.positions.begin(), fit.positions.end(), position);
+    const auto index = static_cast<std::size_t>(found - fit.positions.begin());
+    // Across a gap the angle would be one of atoms that are not bonded.
+    if (found == fit.positions.end() || index == 0 || fit.positions[index - 1] != position - 1) {
+      notes.push_back("proline " + std::to_string(position) +
+                      ": it or the residue before it is not in the structure");
+    } else {
+      notes.push_back(prolineNote(models, *fit.chain, index, position));
+    }
+  }
+  return notes;
 }
 
 } // namespace
@@ -200,10 +247,7 @@ FittedStructure fitStructure(const std::vector<StructureModel>& models, const st
   fitted.notes.push_back(
       "chain " + fit.chain->id + " of model " + model.id + ": " + std::to_string(fit.same) +
       " of " + std::to_string(fit.chain->residues.size()) + " residues agree with the table");
-  for (std::size_t i = 1; i < fit.chain->residues.size(); ++i) {
-    if (fit.chain->residues[i].name == "PRO" && fit.positions[i] > 0) {
-      fitted.notes.push_back(prolineNote(models, *fit.chain, i, fit.positions[i]));
-    }
-  }
+  const std::vector<std::string> prolines = prolineNotes(models, fit, letters);
+  fitted.notes.insert(fitted.notes.end(), prolines.begin(), prolines.end());
   return fitted;
 }
