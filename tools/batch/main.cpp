@@ -1,10 +1,10 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 
 #include "tools/batch/entries.h"
 #include "tools/batch/output_rows.h"
 #include "tools/batch/process.h"
 #include "tools/batch/worker_pool.h"
+#include "tools/common/command_options.h"
 #include "tools/common/output.h"
 #include "tools/common/tool.h"
 
@@ -98,13 +98,8 @@ int runBatch(int argc, char** argv) {
   CLI::App app("Predicts the prolines of many entries into one table.", program);
   Options options;
   declareOptions(app, options);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) {
-      return app.exit(error); // --help and --version
-    }
-    throw ToolError(ToolStatus::usage, error.what());
+  if (!parseOptions(app, argc, argv)) {
+    return static_cast<int>(ToolStatus::done);
   }
   if (options.inputs.empty() && options.list.empty()) {
     throw ToolError(ToolStatus::usage, "no input; see --help");

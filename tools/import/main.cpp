@@ -1,9 +1,9 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <filesystem>
 
 #include "table/file_io.h"
 #include "table/gdb.h"
+#include "tools/common/command_options.h"
 #include "tools/common/output.h"
 #include "tools/common/tool.h"
 #include "tools/import/structure_text.h"
@@ -107,13 +107,8 @@ int runImport(int argc, char** argv) {
   CLI::App app("Turns an NMR deposition into the input table of citrans.", program);
   Options options;
   declareOptions(app, options);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) {
-      return app.exit(error); // --help and --version
-    }
-    throw ToolError(ToolStatus::usage, error.what());
+  if (!parseOptions(app, argc, argv)) {
+    return static_cast<int>(ToolStatus::done);
   }
   if (options.output == "-" && options.map == "-") {
     throw ToolError(ToolStatus::usage, "table and map cannot both go to standard output");

@@ -1,6 +1,6 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 
+#include "tools/common/command_options.h"
 #include "tools/common/output.h"
 #include "tools/common/tool.h"
 #include "tools/report/exports.h"
@@ -89,13 +89,8 @@ int runReport(int argc, char** argv) {
                program);
   Options options;
   declareOptions(app, options);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) {
-      return app.exit(error); // --help and --version
-    }
-    throw ToolError(ToolStatus::usage, error.what());
+  if (!parseOptions(app, argc, argv)) {
+    return static_cast<int>(ToolStatus::done);
   }
   checkStreams(options);
   const Report report = makeReport(options.paths, !options.noclip);
