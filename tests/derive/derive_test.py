@@ -44,7 +44,7 @@ def write_published(folder):
           ["isomer\tatom\tmean\tsd", "trans\tCB-CG\t4.51\t1.17", "cis\tCB-CG\t9.64\t1.27"])
 
 
-def write_training(folder, proteins=40, length=60):
+def write_training(folder, proteins=20, length=60):
     """Proteins with a proline at every twelfth place, one in five of them cis by CB and CG."""
     rng = random.Random(1)
     sequences, shifts, prolines = [], [], []
@@ -124,7 +124,7 @@ class Derive(unittest.TestCase):
         self.assertEqual(sorted(tables), sorted(TABLES))
         self.assertEqual(tables, self.read("second"))
         for name, text in tables.items():
-            self.assertIn("REMARK Selection: 40 proteins with 200 labelled prolines", text, name)
+            self.assertIn("REMARK Selection: 20 proteins with 100 labelled prolines", text, name)
             self.assertRegex(text, r"REMARK Made by citrans-derive \S+: citrans-derive tables DATA")
             self.assertNotRegex(text, r"\b(nan|inf)\b", name)
 

@@ -104,8 +104,8 @@ TEST(OffsetLoss, HasTheGradientOfFiniteDifferences) {
 
 TEST(Adjustments, RemoveABiasThatAllProteinsShare) {
   std::vector<ReferencePoints> proteins;
-  for (unsigned seed = 0; seed < 40; ++seed) {
-    proteins.push_back(randomProtein(seed, 80)); // CA too high by 0.6 ppm, but for the constants
+  for (unsigned seed = 0; seed < 12; ++seed) {
+    proteins.push_back(randomProtein(seed, 40)); // CA too high by 0.6 ppm, but for the constants
   }
   const Adjustments none_{};
   const double before = adjustmentLoss(proteins, none_, nullptr);
@@ -170,7 +170,7 @@ TEST(StatisticsFit, HasTheGradientOfFiniteDifferences) {
 }
 
 TEST(StatisticsFit, TakesBackWhatRepeatedShiftsCountTwice) {
-  const std::vector<TrainingSample> samples = randomSamples(2000);
+  const std::vector<TrainingSample> samples = randomSamples(1000);
   const ShiftStatistics plain = robustStatistics(samples);
   const FittedStatistics fitted = fitStatistics(samples, plain);
   // Evidence of the three shifts at a typical cis value, in nats.
