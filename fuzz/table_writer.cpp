@@ -77,6 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(second.rowCount() == first.rowCount(), "the same rows");
   require(second.residueNames() == first.residueNames(), "the same sequence");
   fuzzing::run([&] { second.saveGDB(file.path()); });
+  // cppcheck-suppress knownConditionTrueFalse  // the file was written anew in between
   require(cutsSequence(written) || file.read() == written, "what was read is written the same");
   return 0;
 }

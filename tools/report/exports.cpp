@@ -123,7 +123,7 @@ Json prolineJson(const Report& report, const ProlineReport& proline) {
 Json checkJson(const Report& report) {
   Json json;
   json["offsets"] = Json::array();
-  for (const OffsetEstimate& estimate : report.check.offsets) {
+  for (const ReportedOffset& estimate : report.check.offsets) {
     json["offsets"].push_back({{"nuclei", estimate.nuclei},
                                {"offset", estimate.offset},
                                {"error", numberOrNull(estimate.error)},

@@ -206,7 +206,7 @@ std::string referencingPart(const Report& report) {
             "<th scope=\"col\" class=\"number\">Offset, ppm</th>"
             "<th scope=\"col\" class=\"number\">Error, ppm</th>"
             "<th scope=\"col\" class=\"number\">Residues</th></tr></thead>\n<tbody>\n";
-    for (const OffsetEstimate& estimate : report.check.offsets) {
+    for (const ReportedOffset& estimate : report.check.offsets) {
       html += "<tr>" + cell("", "", estimate.nuclei == "C'" ? "C′" : estimate.nuclei) +
               cell("number", "", signedDecimal(estimate.offset, 3)) +
               cell("number", "", decimal(estimate.error, 3)) +

@@ -82,7 +82,7 @@ constexpr struct {
 void takeEstimates(const Printed& printed, ShiftCheck& check) {
   for (const auto& [words, nuclei] : estimates) {
     const std::size_t at = printed.standardOutput.find(words);
-    OffsetEstimate estimate;
+    ReportedOffset estimate;
     estimate.nuclei = nuclei;
     if (at != std::string::npos &&
         std::sscanf(printed.standardOutput.c_str() + at + std::string(words).size(),

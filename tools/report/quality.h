@@ -15,7 +15,7 @@ struct Outlier {
 };
 
 /// An estimated referencing offset that exceeds five times its error.
-struct OffsetEstimate {
+struct ReportedOffset {
   std::string nuclei;           ///< "CA and CB", "HA", "C'"
   double offset = 0, error = 0; ///< ppm
   int points = 0;
@@ -30,7 +30,7 @@ struct ChangedCall {
 /// What the shift check of citrans says of a filled run.
 struct ShiftCheck {
   std::vector<Outlier> outliers;
-  std::vector<OffsetEstimate> offsets;
+  std::vector<ReportedOffset> offsets;
   std::vector<std::string> shortages; ///< nuclei without enough points to estimate from
 };
 

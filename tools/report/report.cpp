@@ -11,7 +11,7 @@ void addProlines(CITRANS& run, Report& report) {
     if (name != "P") {
       continue;
     }
-    ProlineReport proline;
+    ProlineReport proline{};
     proline.residue = residue;
     const SummaryRow* const row = report.inputs.summaryRow(residue);
     if (row == nullptr) {
