@@ -78,7 +78,7 @@ check_format() {
 
 check_scripts() {
   local script status=0
-  for script in demo.sh test.sh .ci/run scripts/*.sh packaging/*.sh; do
+  for script in demo.sh test.sh .ci/run fuzz/run.sh scripts/*.sh packaging/*.sh; do
     bash -n "$script" || status=1
   done
   return $status
@@ -132,6 +132,9 @@ if [[ $quick == no ]]; then
   stage release build_and_compare_listing
   stage package packaging/test.sh
   stage tidy build tidy
+  stage analyse scripts/analyse.sh
+  # A few seconds each: the seeds and a little more. Longer runs: fuzz/run.sh SECONDS.
+  stage fuzz fuzz/run.sh 5
 fi
 if [[ $coverage == yes ]]; then
   stage coverage show_coverage

@@ -16,7 +16,7 @@ set -euo pipefail
 
 build_needs="cmake ninja-build g++"
 tools_needs="libcli11-dev nlohmann-json3-dev gemmi-dev tao-pegtl-dev zlib1g-dev libnlopt-dev"
-test_needs="$build_needs $tools_needs clang libclang-rt-dev clang-tidy clang-format libgtest-dev mandoc"
+test_needs="$build_needs $tools_needs clang libclang-rt-dev clang-tidy clang-format libgtest-dev mandoc cppcheck"
 test_needs="$test_needs file dpkg-dev lintian" # for the packages
 test_needs="$test_needs chromium parallel snakemake" # for the report and the batch examples
 coverage_needs="$test_needs gcovr"
