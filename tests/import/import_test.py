@@ -198,6 +198,9 @@ class Import(unittest.TestCase):
 
     def test_refusals_are_one_line_with_a_status(self):
         good = self.write("good", star3())
+        table = self.path("table")
+        self.assertEqual(self.run_import(good, "-o", table).returncode, 0)
+        cut = self.write("cut.cif.gz", gzip.compress(b"ATOM" * 99)[:-4] + b"\xff" * 4)  # a false size
         wrong = star3().replace(" 2 2 PRO 1", " 2 2 LEU 1").replace(" 1 1 SER 1", " 1 1 ALA 1")
         for arguments, status, said in [
             ([self.path("nowhere")], 66, "cannot read"),
@@ -212,6 +215,7 @@ class Import(unittest.TestCase):
             ([good, "--bogus"], 1, "bogus"),
             ([good, "--map", "-"], 1, "cannot both"),
             ([good, "--structure", good], 65, "no table"),
+            ([table, "--structure", cut], 65, "cut.cif.gz"),
         ]:
             with self.subTest(arguments):
                 done = self.run_import(*arguments)

@@ -55,7 +55,8 @@ std::vector<StructureModel> readStructure(const std::string& path) {
   try {
     structure = gemmi::read_structure_gz(path);
   } catch (const std::exception& error) {
-    throw ToolError(ToolStatus::badData, path + ": " + error.what());
+    const std::string what = error.what(); // of several lines for a cut gzip file
+    throw ToolError(ToolStatus::badData, path + ": " + what.substr(0, what.find('\n')));
   }
   structure.merge_chain_parts();
   std::vector<StructureModel> models;
