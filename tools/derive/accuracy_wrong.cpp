@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "tools/derive/accuracy_sections.h"
 #include "tools/derive/markdown.h"
@@ -32,6 +33,16 @@ Kind kindOf(const ScoredProline& proline) {
 
 bool isWrong(const ScoredProline& proline) {
   return proline.predicted[cgHidden] && (proline.probability[cgHidden] > 0.5) != proline.label.cis;
+}
+
+/// MCC on *both* and *shifts* were the wrong calls with CB of the other form left out.
+double matthewsWithoutOddCb(const CrossValidation& result) {
+  return measure(callsOf(result, cgHidden,
+                         [](const ScoredProline& proline) {
+                           return shiftsAgree(proline) &&
+                                  !(isWrong(proline) && kindOf(proline) == cbOfOtherForm);
+                         }))
+      .matthews;
 }
 
 std::string sourceName(Source source) {
@@ -93,7 +104,16 @@ std::string wrongSection(const Training& training, const CrossValidation& result
   text += "*CB of the other form*: the secondary shift of CB lies on the other form's side of 1.2 "
           "ppm, so that\nonly CG, or a wrong label, can say otherwise. Of the " +
           std::to_string(withCg) + " that have CG, " + std::to_string(settledByCg) +
-          " are called right once CG is given.\n\n";
+          " are called right once CG is given.\nThis kind is what bounds the calls without CG: "
+          "leaving out those of truth *both* and *shifts*, the\nMCC there would be " +
+          fixed(matthewsWithoutOddCb(result), 3) + " instead of " +
+          fixed(measure(callsOf(result, cgHidden, shiftsAgree)).matthews, 3) +
+          ". They are cis prolines with CB as in trans ones, or the reverse, and\nlabels that "
+          "rest on a wrong CB or CG; the other shifts do not outweigh CB. Of the cis prolines of\n"
+          "truth *structure* that are missed, " +
+          std::to_string(counts[2][withoutCb]) + " of " +
+          std::to_string(std::accumulate(counts[2].begin(), counts[2].end(), std::size_t(0))) +
+          " have no CB; and a structure is not the sample.\n\n";
   text += markdownTable({"entry", "residue", "triplet", "truth", "source", "CG hidden", "with CG",
                          "CB, secondary", "CB - CG", "kind"},
                         rows);
