@@ -255,9 +255,13 @@ class Report(unittest.TestCase):
         self.assertEqual((cis["resid"], cis["call"], cis["settled"]), (82, "cis", True))
         self.assertEqual([(t["place"], t["atom"]) for t in cis["contributions"][:2]],
                          [(1, "type"), (1, "N")])
-        self.report("--map", "map.tsv", "--chimerax", "c.cxc", "--pymol", "c.pml")
+        run = self.report("--map", "map.tsv", "--chimerax", "c.cxc", "--pymol", "c.pml")
+        self.assertEqual(run.stderr, "")
         self.assertIn("name citrans_trans :-41,-29,-19,-8,10,21,23 & :PRO\n", self.read("c.cxc"))
         self.assertIn("name citrans_cis :32A & :PRO\n", self.read("c.cxc"))
+        self.edit("map.tsv", "32A", "23")
+        self.assertIn("residues 73 and 82 of the table one number, 23",
+                      self.report("--map", "map.tsv", "--tsv", "c.tsv").stderr)
         self.assertIn("resi \\-41+\\-29+\\-19+\\-8+10+21+23\n", self.read("c.pml"))
 
     def test_referencing_that_would_change_a_call_is_said(self):

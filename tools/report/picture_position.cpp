@@ -70,7 +70,9 @@ double tickStep(double range) {
 void drawAxis(Picture& picture, const Scale& scale, const std::string& caption) {
   picture.line(left, bottom, right, bottom, "zero");
   const double step = tickStep(scale.high - scale.low);
-  for (double tick = std::ceil(scale.low / step) * step; tick <= scale.high; tick += step) {
+  const int last = static_cast<int>(std::floor(scale.high / step));
+  for (int i = static_cast<int>(std::ceil(scale.low / step)); i <= last; ++i) {
+    const double tick = i * step;
     const double x = scale.x(tick);
     picture.line(x, bottom, x, bottom + 4, "zero");
     if (x > left + 10 && x < right - 10) {

@@ -1,6 +1,7 @@
 #include "tools/report/report.h"
 
 #include <cmath>
+#include <map>
 
 #include "tools/report/text.h"
 
@@ -70,6 +71,16 @@ void warnOfMap(Report& report) {
     report.warnings.push_back(std::to_string(without) +
                               " prolines have no author number in the map; they keep their number "
                               "of the table.");
+  }
+  std::map<std::string, int> residues;
+  for (const auto& [residue, author] : inputs.authors) {
+    const auto [first, isNew] = residues.emplace(author, residue);
+    if (!isNew) {
+      report.warnings.push_back("The map gives residues " + std::to_string(first->second) +
+                                " and " + std::to_string(residue) + " of the table one number, " +
+                                author + ": labels and colours may mean either.");
+      return;
+    }
   }
 }
 
