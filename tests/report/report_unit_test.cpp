@@ -40,6 +40,7 @@ TEST(Text, NumbersSignsAndOdds) {
   } rows[] = {{1, "1.0 to 1"},       {0.25, "4.0 to 1"},         {9.94, "9.9 to 1"},
               {150.2, "150 to 1"},   {1000.1, "10³ to 1"},       {4.4e6, "4 × 10⁶ to 1"},
               {9.7e12, "10¹³ to 1"}, {1 / 2.0e5, "2 × 10⁵ to 1"}};
+  EXPECT_EQ(oddsText(std::nan("")), "n/a");
   for (const auto& row : rows) {
     EXPECT_EQ(oddsText(std::log(row.odds)), row.words);
   }

@@ -23,7 +23,7 @@ struct Scale {
 };
 
 bool comparable(const Term& term) {
-  return term.cisDeviation > 0 && term.transDeviation > 0;
+  return term.cisDeviation > 0 && term.transDeviation > 0 && std::isfinite(term.used);
 }
 
 Scale scaleFor(const Term& term) {

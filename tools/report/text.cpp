@@ -132,6 +132,9 @@ std::string signedDecimal(double value, int decimals) {
 }
 
 std::string oddsText(double logRatio) {
+  if (!std::isfinite(logRatio)) {
+    return "n/a";
+  }
   const double power = std::fabs(logRatio) / std::log(10.0);
   if (power < 1) {
     return decimal(std::pow(10, power), 1) + " to 1";

@@ -19,7 +19,8 @@ std::string signedDecimal(double value, int decimals);
 /// Plain "%.*f" with a hyphen, for coordinates and files that programs read.
 std::string plainDecimal(double value, int decimals);
 
-/// Odds of exp(|logRatio|) to 1 in words: "3.2 to 1", "450 to 1", "4 × 10⁶ to 1".
+/// Odds of exp(|logRatio|) to 1 in words: "3.2 to 1", "450 to 1", "4 × 10⁶ to 1"; "n/a" when it is
+/// not finite.
 std::string oddsText(double logRatio);
 
 /// "Ser" for "S"; "Cys" also for "c", "His" for "h"; "Xaa" for what is no residue.
