@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "tools/report/pictures.h"
 #include "tools/report/text.h"
