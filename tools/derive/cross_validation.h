@@ -52,7 +52,7 @@ constexpr std::array<double, 4> injectedErrors = {-2.7, -1, 1, 2.7};
 
 /// One proline with all that was measured on it.
 struct ScoredProline {
-  LabelledProline label;
+  LabelledProline label{};
   std::array<float, statisticCount> shifts{};        ///< with CG, as the likelihood saw them
   double neighbourLogOdds = 0;                       ///< of the neighbour frequencies
   double cbMinusCg = noShift;                        ///< observed, ppm

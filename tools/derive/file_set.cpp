@@ -32,10 +32,7 @@ void writeFilesTogether(const std::string& folder,
   std::vector<Pending> files;
   for (const auto& [name, text] : textByName) {
     const std::string path = folder + "/" + name;
-    std::string beside = path;
-    beside += ".part";
-    beside += std::to_string(getpid());
-    files.push_back({beside, path});
+    files.push_back({path + ".part" + std::to_string(getpid()), path});
     OutputFile file(files.back().beside);
     file.buffer() = text;
     if (!file.close()) {

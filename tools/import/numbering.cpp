@@ -88,6 +88,7 @@ std::vector<long long> likelyDistances(const Polymer& polymer,
     }
   }
   std::vector<std::pair<std::size_t, long long>> ranked;
+  ranked.reserve(votes.size());
   for (const auto& [distance, count] : votes) {
     ranked.emplace_back(count, distance);
   }

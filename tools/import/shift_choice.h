@@ -36,8 +36,7 @@ struct ChosenShifts {
 ///
 /// `file` is for messages. Throws ToolError(badData) for a choice that is not there, a deposition
 /// without protein shifts, or numbers that do not fit.
-ChosenShifts chooseShifts(const Deposition& deposition, const Choice& choice,
-                          const std::string& file);
+ChosenShifts chooseShifts(const Deposition& given, const Choice& choice, const std::string& file);
 
 /// What a deposition holds, one line per polymer and per list, with their shifts counted.
-std::string listContents(const Deposition& deposition);
+std::string listContents(const Deposition& given);

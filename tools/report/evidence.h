@@ -37,8 +37,8 @@ struct Evidence {
   double logRatio = 0;     ///< their sum, ln(P_CIS / (1 - P_CIS))
   double pCis = 0;         ///< from the sum
   double pCisNorm = 0;
-  double rounding = 0; ///< how far P_CIS can be off because the tables are rounded
-  CisLikelihood core;  ///< what citrans computes from the same shifts, in single precision
+  double rounding = 0;  ///< how far P_CIS can be off because the tables are rounded
+  CisLikelihood core{}; ///< what citrans computes from the same shifts, in single precision
 
   /// Whether the sum gives the printed likelihood within what rounding explains.
   bool agreesWith(double printedPCis) const;

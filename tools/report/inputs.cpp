@@ -209,7 +209,7 @@ std::string databaseFolder(const std::string& database) {
   if (!database.empty()) {
     return database;
   }
-  const std::string usual = CITRANS().tabDir;
+  std::string usual = CITRANS().tabDir;
   if (std::getenv("CITRANS_DIR") != nullptr || std::filesystem::exists(usual)) {
     return usual;
   }

@@ -18,12 +18,12 @@ struct InputPaths {
 /// One row of the summary: a proline that was predicted.
 struct SummaryRow {
   int residue = 0;
-  std::string before, after;      ///< one-letter names of the neighbours
-  std::array<int, 3> shiftCounts; ///< of the residue before, the proline, the residue after
-  double cg = 0;                  ///< ppm, shift::missing without one
-  double cgRounding = 0;          ///< half a unit of its last printed digit, ppm
-  double pCis = 0;                ///< as printed; may be not-a-number
-  double pCisNorm = 0;            ///< likewise
+  std::string before, after;        ///< one-letter names of the neighbours
+  std::array<int, 3> shiftCounts{}; ///< of the residue before, the proline, the residue after
+  double cg = 0;                    ///< ppm, shift::missing without one
+  double cgRounding = 0;            ///< half a unit of its last printed digit, ppm
+  double pCis = 0;                  ///< as printed; may be not-a-number
+  double pCisNorm = 0;              ///< likewise
   std::string pCisText, pCisNormText;
   std::string referenceName; ///< residue type in the reference structure; empty without one
   double omega = 0;          ///< degrees; 9999 when an atom is missing there

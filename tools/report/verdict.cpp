@@ -53,6 +53,7 @@ std::vector<std::string> largest(const Evidence& evidence, const Inputs& inputs,
   });
   terms.resize(std::min(terms.size(), mostNamed));
   std::vector<std::string> named;
+  named.reserve(terms.size());
   for (const Term* term : terms) {
     named.push_back(termLabel(*term, inputs) + " (" + signedDecimal(term->logRatio, 1) + ")");
   }
