@@ -143,8 +143,8 @@ TEST(Hard, ProductsThatUnderflowStayLikelihoodsUntilBothAreZero) {
     citrans.proStdCis[index] = citrans.proStdTrans[index] = 1.0F;
   }
   citrans.proCisSeq["A"] = citrans.proTransSeq["A"] = {{1, 1.0F}, {3, 1.0F}};
-  const double smallestNormal = std::numeric_limits<float>::min();
-  const double smallest = std::numeric_limits<float>::denorm_min();
+  const double smallestNormal = static_cast<double>(std::numeric_limits<float>::min());
+  const double smallest = static_cast<double>(std::numeric_limits<float>::denorm_min());
   int denormal = 0;
   int zero = 0;
   for (double shift = 0.0; shift < 6.0; shift += 0.01) {
