@@ -130,6 +130,7 @@ if [[ $quick == no ]]; then
   stage clang build_and_test clang
   stage sanitize build_and_test sanitize
   stage release build_and_compare_listing
+  stage tutorial scripts/tutorial.sh --check
   stage package packaging/test.sh
   stage tidy build tidy
   stage analyse scripts/analyse.sh
