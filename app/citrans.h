@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <map>
 #include <string>
 #include <string_view>
@@ -174,13 +175,14 @@ class CITRANS {
 
   // --- per-residue data, left by getResInfo ------------------------------------------------
 
-  std::map<int, std::string> sequence;    ///< one-letter names, from the header and the rows
-  int residueCount = 0;                   ///< N, the number of letters of the sequence header
-  GDB shiftTable;                         ///< secondary shifts, six rows a residue
-  std::map<int, int> missCount;           ///< atoms without an input row, 0 to 6
-  std::map<int, FloatByAtom> adjustments; ///< random coil and corrections, ppm
-  std::map<int, float> cgShifts;          ///< observed CG, ppm, or shift::missing
-  FloatByAtom offsets;                    ///< referencing offsets by CA, CB, HA, C, ppm
+  std::map<int, std::string> sequence; ///< one-letter names, from the header and the rows
+  int residueCount = 0;                ///< N, the number of letters of the sequence header
+  GDB shiftTable;                      ///< secondary shifts, six rows a residue
+  std::map<int, int> missCount;        ///< atoms without an input row, 0 to 6
+  /// Random coil and corrections, ppm, in the order of `atomNames`.
+  std::map<int, std::array<float, 6>> adjustments;
+  std::map<int, float> cgShifts; ///< observed CG, ppm, or shift::missing
+  FloatByAtom offsets;           ///< referencing offsets by CA, CB, HA, C, ppm
 
  private:
   // app
@@ -202,7 +204,7 @@ class CITRANS {
   void reconcileResidueNames();
   void limitResidueRange();
   void addResidue(int residue);
-  void addAtom(int residue, const std::string& atom);
+  void addAtom(int residue, int index, const std::string& atom);
   float adjustmentOf(int residue, const std::string& atom);
   std::size_t findInputShift(std::string_view residueText, std::string_view atom) const;
   void setShift(std::size_t row, double observed, float adjustment);

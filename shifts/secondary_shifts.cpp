@@ -37,14 +37,14 @@ void CITRANS::fillShiftTable() {
 void CITRANS::addResidue(int residue) {
   missCount[residue] = 0;
   for (const auto& [index, atom] : atomNames) {
-    addAtom(residue, atom);
+    addAtom(residue, index, atom);
   }
   const std::string_view text = itoa(residue, textBuffer, 10);
   cgShifts[residue] =
       static_cast<float>(inputShift(text, "CG", static_cast<double>(shift::missing)));
 }
 
-void CITRANS::addAtom(int residue, const std::string& atom) {
+void CITRANS::addAtom(int residue, int index, const std::string& atom) {
   const std::string residueText = itoa(residue, textBuffer, 10);
   const std::string& name = nameOf(residue);
   const float adjustment = adjustmentOf(residue, atom);
@@ -66,7 +66,7 @@ void CITRANS::addAtom(int residue, const std::string& atom) {
   if (isGlycineHa) {
     setGlycineHa(row, residue, residueText, adjustment);
   }
-  adjustments[residue][atom] = adjustment;
+  adjustments[residue].at(static_cast<std::size_t>(index) - 1) = adjustment;
   if (name == "P" && (atom == "HN" || atom == "N")) {
     // A proline has no amide proton, and its nitrogen is not used. Kept.
     shiftTable.setCell(row, "SHIFT", ftoa(shift::missing, textBuffer, 'g', 6));

@@ -1,8 +1,8 @@
 #include "structure/pdb.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
-#include <utility>
 #include <vector>
 
 #include "table/gdb.h"
@@ -22,6 +22,32 @@ bool isCysteine(const std::string& code) {
 bool arePartners(int residue, int other) {
   return std::llabs(static_cast<long long>(other) - residue) > closestPartner;
 }
+
+struct Sulfur {
+  int residue;
+  float place[3];
+};
+
+/// Whether `bonded` holds for one of the sulfurs and another. They are in order of x, so that only
+/// those near in x are asked: further along, a difference in x alone is too long for a bond.
+template <class Bonded>
+bool hasPartner(const std::vector<Sulfur>& sulfurs, std::size_t at, const Bonded& bonded) {
+  const auto isFar = [&](std::size_t other) {
+    return std::fabs(sulfurs[other].place[0] - sulfurs[at].place[0]) > longestDisulfide;
+  };
+  for (std::size_t other = at; other-- > 0 && !isFar(other);) {
+    if (bonded(sulfurs[at], sulfurs[other])) {
+      return true;
+    }
+  }
+  for (std::size_t other = at + 1; other < sulfurs.size() && !isFar(other); ++other) {
+    if (bonded(sulfurs[at], sulfurs[other])) {
+      return true;
+    }
+  }
+  return false;
+}
+
 } // namespace
 
 PDB::PDB() : firstResID(beforeAnyFirst), lastResID(beforeAnyLast) {}
@@ -37,14 +63,13 @@ CORdata PDB::getEntry(int conformer, int residue, const std::string& atomName) {
 }
 
 CORdata PDB::getEntry(int conformer, int serial) {
-  return atomsBySerial[conformer][serial];
+  return conformer == 1 ? atoms_.find(serial) : CORdata();
 }
 
-CORdata& PDB::atom(int conformer, long long residue, std::string_view atomName) {
+const CORdata& PDB::atom(int conformer, long long residue, std::string_view atomName) const {
+  static const CORdata absent;
   // A neighbour of the largest or smallest number wraps to a residue that no file can hold.
-  Residue& named = atoms[conformer][static_cast<int>(residue)];
-  const auto found = named.find(atomName);
-  return found != named.end() ? found->second : named[std::string(atomName)];
+  return conformer == 1 ? atoms_.find(static_cast<int>(residue), atomName) : absent;
 }
 
 bool PDB::isSSBonded(int /*conformer*/, int residue) {
@@ -62,20 +87,23 @@ bool PDB::isSSBonded(int /*conformer*/, int residue) {
 }
 
 void PDB::markDisulfides() {
-  // The test of `isSSBonded` for all cysteines at once: their atoms are sought only once each.
-  std::vector<std::pair<int, const float*>> sulfurs;
+  // The test of `isSSBonded` for all cysteines at once. A place that is no number has no partner.
+  std::vector<Sulfur> sulfurs;
   for (const auto& [residue, code] : resCodes) {
-    if (isCysteine(code)) {
-      sulfurs.emplace_back(residue, atom(1, residue, "SG").coor);
+    const float* const place = atom(1, residue, "SG").coor;
+    if (isCysteine(code) && std::isfinite(place[0])) {
+      sulfurs.push_back({residue, {place[0], place[1], place[2]}});
     }
   }
-  for (const auto& [residue, sulfur] : sulfurs) {
-    const auto bonded = [this, number = residue, place = sulfur](const auto& other) {
-      return arePartners(number, other.first) && getDist(place, other.second) <= longestDisulfide;
-    };
-    if (resCodes[residue] == "C" && std::any_of(sulfurs.begin(), sulfurs.end(), bonded)) {
-      resCodes[residue] = "c";
-      resNames[residue] = "cys";
+  std::sort(sulfurs.begin(), sulfurs.end(),
+            [](const Sulfur& a, const Sulfur& b) { return a.place[0] < b.place[0]; });
+  const auto bonded = [this](const Sulfur& a, const Sulfur& b) {
+    return arePartners(a.residue, b.residue) && getDist(a.place, b.place) <= longestDisulfide;
+  };
+  for (std::size_t at = 0; at < sulfurs.size(); ++at) {
+    if (resCodes[sulfurs[at].residue] == "C" && hasPartner(sulfurs, at, bonded)) {
+      resCodes[sulfurs[at].residue] = "c";
+      resNames[sulfurs[at].residue] = "cys";
     }
   }
 }

@@ -4,18 +4,16 @@
 #include <string>
 #include <string_view>
 
+#include "structure/atom_list.h"
 #include "structure/cordata.h"
 
 /// One protein structure, the first chain of the first model of a PDB file, and its geometry.
 ///
 /// Residue numbers are those of the file. Conformers are counted from 1; a file fills only 1.
-/// Looking up an atom or a residue that is not there adds a default entry and returns it, so a
-/// structure grows as it is asked; no look-up fails.
+/// Looking up an atom that is not there gives a default record, and indexing `resNames` or
+/// `resCodes` by a residue that is not there adds an empty entry; no look-up fails.
 class PDB {
  public:
-  using Residue = std::map<std::string, CORdata, std::less<>>; ///< atoms by name
-  using Conformer = std::map<int, Residue>;                    ///< residues by number
-
   /// "No angle": an atom is missing. Degrees beyond any real angle.
   static constexpr float noAngle = 9999.0F;
   /// An atom line must reach this column (0-based start of the temperature factor).
@@ -47,7 +45,7 @@ class PDB {
 
   // --- look-ups ----------------------------------------------------------------------------
 
-  /// A copy of an atom; a default record is added and returned when there is none.
+  /// A copy of an atom; a default record when there is none.
   CORdata getEntry(int conformer, int residue, const std::string& atomName);
   CORdata getEntry(int conformer, int serial);
 
@@ -112,9 +110,7 @@ class PDB {
 
   // --- content -----------------------------------------------------------------------------
 
-  std::string fileName;                                ///< the path last read
-  std::map<int, std::map<int, CORdata>> atomsBySerial; ///< by conformer and serial number
-  std::map<int, Conformer> atoms;                      ///< by conformer
+  std::string fileName;                ///< the path last read
   std::map<int, std::string> resNames; ///< as read; "cys" for a disulfide-bonded cysteine
   std::map<int, std::string> resCodes; ///< one letter; "c" for a disulfide-bonded cysteine
   int firstResID;                      ///< smallest residue number read; 9999 before any
@@ -123,9 +119,11 @@ class PDB {
  private:
   void clear();
   void readAtoms(std::string_view text);
-  void storeAtom(const CORdata& atom, std::map<int, CORdata>& serials);
+  void storeAtom(CORdata&& atom);
   void markDisulfides();
-  CORdata& atom(int conformer, long long residue, std::string_view atomName);
+  const CORdata& atom(int conformer, long long residue, std::string_view atomName) const;
+
+  AtomList atoms_; ///< of conformer 1
 
   // For hydrogen-bond and ring-shift analyses, which nothing fills yet; reading empties them.
   std::map<int, int> donors_;

@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include "structure/pdb.h"
 #include "table/file_io.h"
+#include "table/gdb.h"
 #include "table/message_text.h"
 #include "table/number.h"
 #include "table/run_end.h"
@@ -48,29 +50,49 @@ std::string storedAtomName(std::string name) {
   return name;
 }
 
+/// `GDB::simplifyWhiteSpace`, quick for a single word.
+std::string simple(std::string_view text) {
+  const std::string_view word = trimmed(text);
+  const bool single =
+      std::none_of(word.begin(), word.end(), [](char c) { return GDB::isSpace(c); });
+  return single ? std::string(word) : GDB::simplifyWhiteSpace(std::string(word));
+}
+
+/// The columns of a field; throws as `substr` of the line does when it ends before them.
+std::string_view cut(std::string_view line, int field) {
+  const Columns columns = fieldColumns[static_cast<std::size_t>(field) - 1];
+  if (columns.start > line.size()) {
+    static_cast<void>(std::string(line).substr(columns.start));
+  }
+  return line.substr(columns.start, columns.length);
+}
+
+void readAtom(std::string_view line, CORdata& atom) {
+  atom.atomNumber = parseInt(cut(line, serial));
+  atom.atomName = storedAtomName(simple(cut(line, name)));
+  atom.resName = simple(cut(line, residueName).substr(0, 3));
+  atom.chainID = cut(line, chain);
+  atom.resNumber = parseInt(cut(line, residueNumber));
+  for (int axis = 0; axis < 3; ++axis) {
+    atom.coor[axis] = parseFloat(cut(line, firstOfXyz + axis));
+  }
+  atom.bFactor = parseFloat(cut(line, temperatureField));
+  atom.x = atom.coor[0];
+  atom.y = atom.coor[1];
+  atom.z = atom.coor[2];
+}
+
 } // namespace
 
 std::string PDB::getField(const std::string& line, int field) {
   if (field < 1 || static_cast<std::size_t>(field) > fieldColumns.size()) {
     return "";
   }
-  const Columns columns = fieldColumns[static_cast<std::size_t>(field) - 1];
-  return line.substr(columns.start, columns.length);
+  return std::string(cut(line, field));
 }
 
 void PDB::loadPDB_Entry(const std::string& line, CORdata& atom) {
-  atom.atomNumber = parseInt(getField(line, serial));
-  atom.atomName = storedAtomName(simplifyWhiteSpace(getField(line, name)));
-  atom.resName = simplifyWhiteSpace(getField(line, residueName).substr(0, 3));
-  atom.chainID = getField(line, chain);
-  atom.resNumber = parseInt(getField(line, residueNumber));
-  for (int axis = 0; axis < 3; ++axis) {
-    atom.coor[axis] = parseFloat(getField(line, firstOfXyz + axis));
-  }
-  atom.bFactor = parseFloat(getField(line, temperatureField));
-  atom.x = atom.coor[0];
-  atom.y = atom.coor[1];
-  atom.z = atom.coor[2];
+  readAtom(line, atom);
 }
 
 void PDB::loadPDB(const std::string& path) {
@@ -88,37 +110,35 @@ void PDB::loadPDB(const std::string& path) {
 void PDB::clear() {
   resNames.clear();
   resCodes.clear();
-  atoms.clear();
-  atomsBySerial.clear();
+  atoms_.clear();
   donors_.clear();
   acceptors_.clear();
   ringShifts_.clear();
 }
 
 void PDB::readAtoms(std::string_view text) {
-  std::map<int, CORdata> serials;
-  bool terminated = false;
+  atoms_.reserve(text.size() / (shortestAtomLine + 1) + 1);
   std::string_view line;
-  while (!terminated && takeLine(text, line)) {
+  while (takeLine(text, line)) {
     if (beginsWith(line, "ATOM")) {
       CORdata atom;
-      loadPDB_Entry(std::string(line), atom);
-      storeAtom(atom, serials);
-    } else {
+      readAtom(line, atom);
+      storeAtom(std::move(atom));
+    } else if (beginsWith(line, "TER") || beginsWith(line, "END")) {
       // Kept: the structure is the first chain of the first model.
-      terminated = beginsWith(line, "TER") || beginsWith(line, "END");
+      return;
     }
-  }
-  if (terminated || !serials.empty()) {
-    atomsBySerial[1] = std::move(serials);
   }
 }
 
-void PDB::storeAtom(const CORdata& atom, std::map<int, CORdata>& serials) {
-  serials.insert_or_assign(serials.end(), atom.atomNumber, atom);
-  atoms[1][atom.resNumber].insert_or_assign(atom.atomName, atom);
-  resNames[atom.resNumber] = atom.resName;
-  resCodes[atom.resNumber] = getOneAAName(atom.resName);
+void PDB::storeAtom(CORdata&& atom) {
+  const CORdata& before = atoms_.last();
+  if (before.resNumber != atom.resNumber || before.resName != atom.resName ||
+      before.atomName.empty()) {
+    resNames[atom.resNumber] = atom.resName;
+    resCodes[atom.resNumber] = getOneAAName(atom.resName);
+  }
   firstResID = std::min(firstResID, atom.resNumber);
   lastResID = std::max(lastResID, atom.resNumber);
+  atoms_.add(std::move(atom));
 }

@@ -1,6 +1,7 @@
 #include "table/cell_format.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 
 #include "table/gdb.h"
@@ -74,20 +75,27 @@ bool readDecimal(std::string_view text, Decimal& decimal) {
          allDigits(decimal.fraction);
 }
 
-/// The decimal with exactly `precision` digits after the point, as printf would print its double.
-/// False when that would take rounding or more digits than a double holds.
-bool writeExact(const Decimal& decimal, std::size_t precision, std::string& out) {
+/// The decimal with exactly `precision` digits after the point, as printf would print its double,
+/// into `out`, which has room for its digits, a sign, a zero and a point. Returns the size; 0 when
+/// that would take rounding or more digits than a double holds.
+std::size_t writeExact(const Decimal& decimal, std::size_t precision, char* out) {
   if (decimal.fraction.size() > precision || decimal.whole.size() + precision > maxExactDigits) {
-    return false;
+    return 0;
   }
-  out.assign(decimal.negative ? "-" : "");
-  out += decimal.whole.empty() ? std::string_view("0") : decimal.whole;
+  const char* const start = out;
+  if (decimal.negative) {
+    *out++ = '-';
+  }
+  if (decimal.whole.empty()) {
+    *out++ = '0';
+  }
+  out += decimal.whole.copy(out, decimal.whole.size());
   if (precision > 0) {
-    out += '.';
-    out += decimal.fraction;
-    out.append(precision - decimal.fraction.size(), '0');
+    *out++ = '.';
+    out += decimal.fraction.copy(out, decimal.fraction.size());
+    out = std::fill_n(out, precision - decimal.fraction.size(), '0');
   }
-  return true;
+  return static_cast<std::size_t>(out - start);
 }
 
 } // namespace
@@ -124,10 +132,6 @@ void CellFormat::readFlags(const std::string& conversion) {
 }
 
 void CellFormat::append(std::string& out, std::string_view cell) const {
-  if (kind_ == Kind::none) {
-    return;
-  }
-  out += before_;
   switch (kind_) {
   case Kind::text:
     appendText(out, cell);
@@ -141,7 +145,6 @@ void CellFormat::append(std::string& out, std::string_view cell) const {
   case Kind::none:
     break;
   }
-  out += after_;
 }
 
 void CellFormat::appendText(std::string& out, std::string_view cell) const {
@@ -150,7 +153,7 @@ void CellFormat::appendText(std::string& out, std::string_view cell) const {
   if (plain_) {
     appendPadded(out, precision_ < 0 ? text : text.substr(0, static_cast<std::size_t>(precision_)));
   } else {
-    appendPrintf(out, printf_.c_str(), std::string(text).c_str());
+    appendPrinted(out, std::string(text).c_str());
   }
 }
 
@@ -158,33 +161,39 @@ void CellFormat::appendInteger(std::string& out, std::string_view cell) const {
   const int value = parseInt(cell);
   if (plain_ && precision_ < 0) {
     char digits[16];
-    const int size = std::snprintf(digits, sizeof digits, "%d", value);
-    appendPadded(out, {digits, static_cast<std::size_t>(size)});
+    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, value);
+    appendPadded(out, {digits, static_cast<std::size_t>(end.ptr - digits)});
   } else {
-    appendPrintf(out, printf_.c_str(), value);
+    appendPrinted(out, value);
   }
 }
 
 void CellFormat::appendFixed(std::string& out, std::string_view cell) const {
   Decimal decimal;
   if (plain_ && precision_ >= 0 && readDecimal(cell, decimal)) {
-    std::string text;
-    if (writeExact(decimal, static_cast<std::size_t>(precision_), text)) {
-      appendPadded(out, text);
+    char text[maxExactDigits + 4];
+    const std::size_t size = writeExact(decimal, static_cast<std::size_t>(precision_), text);
+    if (size > 0) {
+      appendPadded(out, {text, size});
       return;
     }
   }
-  appendPrintf(out, printf_.c_str(), parseDouble(cell));
+  appendPrinted(out, parseDouble(cell));
+}
+
+template <class Value>
+void CellFormat::appendPrinted(std::string& out, Value value) const {
+  out += before_;
+  appendPrintf(out, printf_.c_str(), value);
+  out += after_;
 }
 
 void CellFormat::appendPadded(std::string& out, std::string_view text) const {
-  const std::size_t width = static_cast<std::size_t>(width_);
-  const std::size_t padding = width > text.size() ? width - text.size() : 0;
-  if (!left_) {
-    out.append(padding, ' ');
-  }
-  out += text;
-  if (left_) {
-    out.append(padding, ' ');
-  }
+  const std::size_t start = out.size() + before_.size();
+  const std::size_t size = std::max(static_cast<std::size_t>(width_), text.size());
+  // One change of the size for the whole piece: it is the costly step.
+  out.resize(start + size + after_.size(), ' ');
+  before_.copy(&out[start - before_.size()], before_.size());
+  text.copy(&out[left_ ? start : start + size - text.size()], text.size());
+  after_.copy(&out[start + size], after_.size());
 }

@@ -23,6 +23,8 @@ class CellFormat {
   void appendText(std::string& out, std::string_view cell) const;
   void appendInteger(std::string& out, std::string_view cell) const;
   void appendFixed(std::string& out, std::string_view cell) const;
+  template <class Value>
+  void appendPrinted(std::string& out, Value value) const;
   void appendPadded(std::string& out, std::string_view text) const;
 
   Kind kind_ = Kind::none;

@@ -181,8 +181,8 @@ class GDB {
   /// Number of places at which the character, or the text (overlaps counted), occurs.
   static int contains(const std::string& text, const char& wanted);
   static int contains(const std::string& text, const std::string& wanted);
-  static bool isSpace(const char& c);
-  static bool isDigit(const char& c);
+  static bool isSpace(const char& c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+  static bool isDigit(const char& c) { return c >= '0' && c <= '9'; }
 
  private:
   // Reader steps.

@@ -90,11 +90,7 @@ bool GDB::readRow(std::string_view line, int rowNumber) {
   if (columns == 0 || rowTokens_.size() != columns) {
     return false;
   }
-  const std::size_t position = rows_.findOrInsert(rowNumber);
-  rows_.reserveRow(position);
-  for (std::size_t column = 0; column < columns; ++column) {
-    rows_.setView(position, columnSlots_[column], rowTokens_[column]);
-  }
+  rows_.setRow(rows_.findOrInsert(rowNumber), columnSlots_, rowTokens_);
   return true;
 }
 

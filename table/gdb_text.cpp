@@ -3,14 +3,6 @@
 
 #include "table/gdb.h"
 
-bool GDB::isSpace(const char& c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-bool GDB::isDigit(const char& c) {
-  return c >= '0' && c <= '9';
-}
-
 std::string GDB::simplifyWhiteSpace(const std::string& text) {
   std::string simple;
   bool gap = false;

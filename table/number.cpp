@@ -55,6 +55,16 @@ bool parsePlainDecimal(std::string_view text, double& value) {
 
 } // namespace
 
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && isWhiteSpace(text.front())) {
+    text.remove_prefix(1);
+  }
+  while (!text.empty() && isWhiteSpace(text.back())) {
+    text.remove_suffix(1);
+  }
+  return text;
+}
+
 int parseInt(std::string_view text) {
   std::size_t at = 0;
   while (at < text.size() && isWhiteSpace(text[at])) {
@@ -84,6 +94,7 @@ int parseInt(std::string_view text) {
 
 double parseDouble(std::string_view text) {
   double value = 0.0;
+  text = trimmed(text);
   if (text.empty() || parsePlainDecimal(text, value)) {
     return value;
   }

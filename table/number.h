@@ -4,9 +4,12 @@
 
 /// Text to number, in one place.
 ///
-/// Both functions follow the C library: leading white space and a sign are accepted, the
+/// The functions below follow the C library: leading white space and a sign are accepted, the
 /// conversion stops at the first foreign character, and text that holds no number is 0. They do
 /// not depend on the locale.
+
+/// The text without white space (the blank and the codes 9 to 13) at its ends.
+std::string_view trimmed(std::string_view text);
 
 /// Decimal integer; values beyond 32 bits become the nearest limit.
 int parseInt(std::string_view text);

@@ -8,6 +8,8 @@ namespace {
 
 constexpr std::size_t firstBlockSize = std::size_t{4} * 1024;
 constexpr std::size_t largestBlockSize = std::size_t{1024} * 1024;
+/// Cells that a row gets at once, if there are so many names.
+constexpr std::size_t fewestCells = 8;
 
 /// Second slot of an index over one column only.
 constexpr RowStore::Slot noSlot = static_cast<RowStore::Slot>(-1);
@@ -41,21 +43,19 @@ void Arena::clear() {
   capacity_ = 0;
 }
 
-std::size_t RowStore::KeyHash::operator()(const Key& key) const {
-  const std::hash<std::string_view> hash;
-  return hash(key.first) * 31 + hash(key.second);
-}
-
 RowStore::Slot RowStore::slot(std::string_view name) {
-  const auto added = slotsByName_.emplace(std::string(name), static_cast<Slot>(names_.size()));
-  if (added.second) {
-    names_.emplace_back(name);
+  const auto known = slotsByName_.find(name);
+  if (known != slotsByName_.end()) {
+    return known->second;
   }
-  return added.first->second;
+  const Slot added = static_cast<Slot>(names_.size());
+  names_.emplace_back(name);
+  slotsByName_.emplace(names_.back(), added);
+  return added;
 }
 
 std::optional<RowStore::Slot> RowStore::findSlot(std::string_view name) const {
-  const auto found = slotsByName_.find(std::string(name));
+  const auto found = slotsByName_.find(name);
   if (found == slotsByName_.end()) {
     return std::nullopt;
   }
@@ -81,7 +81,7 @@ std::size_t RowStore::findOrInsert(int number) {
     }
   }
   indexes_.clear();
-  const auto added = rows_.insert(at, Row{number, 0, nullptr});
+  const auto added = rows_.insert(at, Row{number, 0, 0, nullptr});
   return static_cast<std::size_t>(added - rows_.begin());
 }
 
@@ -91,39 +91,60 @@ void RowStore::set(std::size_t position, Slot slot, std::string_view text) {
 
 void RowStore::setView(std::size_t position, Slot slot, std::string_view text) {
   Row& row = rows_[position];
-  if (slot >= row.width) {
+  if (slot >= row.width || row.shared) {
     // At least doubled, so that setting all cells one by one stays linear.
-    widen(row, std::max<std::size_t>(slot + 1, 2 * std::size_t{row.width}));
+    const std::size_t wanted = std::max(fewestCells, 2 * std::size_t{row.width});
+    copyCells(row, std::max<std::size_t>(slot + 1, std::min(wanted, names_.size())));
   }
-  forgetIndexesOf(slot);
+  if (!indexes_.empty()) {
+    forgetIndexesOf(slot);
+  }
   row.cells[slot] = text;
+}
+
+void RowStore::setRow(std::size_t position, const std::vector<Slot>& slots,
+                      const std::vector<std::string_view>& texts) {
+  Row& row = rows_[position];
+  if (row.shared || row.width < names_.size()) {
+    copyCells(row, names_.size());
+  }
+  indexes_.clear();
+  for (std::size_t i = 0; i < slots.size(); ++i) {
+    row.cells[slots[i]] = texts[i];
+  }
 }
 
 std::size_t RowStore::appendCopy(int number, const RowStore& from, std::size_t position) {
   const std::size_t added = findOrInsert(number);
-  const Slot width = from.rows_[position].width;
-  widen(rows_[added], std::min<std::size_t>(width, names_.size()));
-  for (Slot source = 0; source < width; ++source) {
-    const Cell cell = from.cellAt(position, source);
-    if (cell.data() != nullptr) {
-      const std::string& name = from.names_[source];
-      const bool sameSlot = source < names_.size() && names_[source] == name;
-      setView(added, sameSlot ? source : slot(name), cell);
+  const Row& source = from.rows_[position];
+  if (sharesLayout(from, source.width)) {
+    rows_[added].width = source.width;
+    rows_[added].shared = 1;
+    rows_[added].cells = source.cells;
+    return added;
+  }
+  for (Slot column = 0; column < source.width; ++column) {
+    if (source.cells[column].data() != nullptr) {
+      setView(added, slot(from.names_[column]), source.cells[column]);
     }
   }
   return added;
 }
 
-void RowStore::widen(Row& row, std::size_t width) {
-  if (width <= row.width) {
-    return;
-  }
+bool RowStore::sharesLayout(const RowStore& other, std::size_t width) const {
+  return width <= names_.size() &&
+         std::equal(names_.begin(), names_.begin() + static_cast<std::ptrdiff_t>(width),
+                    other.names_.begin());
+}
+
+void RowStore::copyCells(Row& row, std::size_t width) {
   Cell* const cells = static_cast<Cell*>(cells_.allocate(width * sizeof(Cell)));
   for (std::size_t slot = 0; slot < width; ++slot) {
     new (cells + slot) Cell(slot < row.width ? row.cells[slot] : Cell());
   }
   row.cells = cells;
-  row.width = static_cast<std::uint32_t>(width);
+  row.width = static_cast<std::uint32_t>(width) & 0x7FFFFFFFU;
+  row.shared = 0;
 }
 
 std::size_t RowStore::firstMatch(Slot slot, std::string_view value) const {
@@ -133,8 +154,8 @@ std::size_t RowStore::firstMatch(Slot slot, std::string_view value) const {
 std::size_t RowStore::firstMatch(Slot slot1, std::string_view value1, Slot slot2,
                                  std::string_view value2) const {
   const Index& built = index(slot1, slot2);
-  const auto found = built.positions.find(Key{value1, value2});
-  return found == built.positions.end() ? npos : found->second;
+  const std::uint32_t found = built.places[placeOf(built, value1, value2)];
+  return found == 0 ? npos : found - 1;
 }
 
 const RowStore::Index& RowStore::index(Slot first, Slot second) const {
@@ -148,19 +169,38 @@ const RowStore::Index& RowStore::index(Slot first, Slot second) const {
 }
 
 RowStore::Index RowStore::buildIndex(Slot first, Slot second) const {
-  Index built{first, second, {}};
-  built.positions.reserve(rows_.size());
+  std::size_t count = 2;
+  while (count < 2 * rows_.size()) {
+    count *= 2;
+  }
+  Index built{first, second, std::vector<std::uint32_t>(count)};
   for (std::size_t position = 0; position < rows_.size(); ++position) {
-    const Key key{cellAt(position, first), second == noSlot ? Cell() : cellAt(position, second)};
-    built.positions.emplace(key, static_cast<std::uint32_t>(position));
+    std::uint32_t& place =
+        built.places[placeOf(built, cellAt(position, first), cellAt(position, second))];
+    if (place == 0) {
+      place = static_cast<std::uint32_t>(position + 1);
+    }
   }
   return built;
 }
 
-void RowStore::forgetIndexesOf(Slot slot) {
-  if (indexes_.empty()) {
-    return;
+/// Where the first row with these two cells stands in the index, or the free place for it.
+std::size_t RowStore::placeOf(const Index& index, std::string_view value1,
+                              std::string_view value2) const {
+  const std::hash<std::string_view> hash;
+  const std::size_t mask = index.places.size() - 1;
+  std::size_t at = (hash(value1) * 31 + hash(value2)) & mask;
+  while (index.places[at] != 0) {
+    const std::size_t position = index.places[at] - 1;
+    if (cellAt(position, index.first) == value1 && cellAt(position, index.second) == value2) {
+      break;
+    }
+    at = (at + 1) & mask;
   }
+  return at;
+}
+
+void RowStore::forgetIndexesOf(Slot slot) {
   const auto concerned = [slot](const Index& known) {
     return known.first == slot || known.second == slot;
   };

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -68,13 +69,15 @@ class RowStore {
   /// Position of the row with that number, an empty row being inserted when there is none.
   std::size_t findOrInsert(int number);
 
-  /// Makes room for the cells of all slots there are, before most of them are set.
-  void reserveRow(std::size_t position) { widen(rows_[position], names_.size()); }
   /// Sets a cell to a lasting copy of `text`.
   void set(std::size_t position, Slot slot, std::string_view text);
   /// Sets a cell to `text` itself, which must outlive the store (see `adopt`).
   void setView(std::size_t position, Slot slot, std::string_view text);
-  /// Appends a row holding the cells of `from`'s row; its texts must outlive this store's rows.
+  /// Sets as many cells as there are slots, one each, to texts that must outlive the store.
+  void setRow(std::size_t position, const std::vector<Slot>& slots,
+              const std::vector<std::string_view>& texts);
+  /// Appends a row holding the cells of `from`'s row, which must neither change nor go as long as
+  /// this store has rows. Where both stores lay out rows alike, nothing is copied before it is set.
   std::size_t appendCopy(int number, const RowStore& from, std::size_t position);
 
   /// Keeps a file's bytes alive as long as the rows.
@@ -95,32 +98,29 @@ class RowStore {
  private:
   struct Row {
     int number;
-    std::uint32_t width;
+    std::uint32_t width : 31;
+    /// Whether the cells belong to another store and are copied before one is set.
+    std::uint32_t shared : 1;
     Cell* cells;
   };
-  struct Key {
-    std::string_view first;
-    std::string_view second;
-    bool operator==(const Key& other) const {
-      return first == other.first && second == other.second;
-    }
-  };
-  struct KeyHash {
-    std::size_t operator()(const Key& key) const;
-  };
+  /// Hash table of row positions by the cells under two slots; the cells are read from the rows, so
+  /// that a row costs 8 to 16 bytes.
   struct Index {
     Slot first;
     Slot second;
-    std::unordered_map<Key, std::uint32_t, KeyHash> positions;
+    /// A power of two many, at most half in use: position plus 1, or 0 for a free place.
+    std::vector<std::uint32_t> places;
   };
 
-  void widen(Row& row, std::size_t width);
+  void copyCells(Row& row, std::size_t width);
   const Index& index(Slot first, Slot second) const;
   Index buildIndex(Slot first, Slot second) const;
+  std::size_t placeOf(const Index& index, std::string_view value1, std::string_view value2) const;
+  bool sharesLayout(const RowStore& other, std::size_t width) const;
   void forgetIndexesOf(Slot slot);
 
-  std::vector<std::string> names_;
-  std::unordered_map<std::string, Slot> slotsByName_;
+  std::deque<std::string> names_;
+  std::unordered_map<std::string_view, Slot> slotsByName_; ///< views of `names_`
   std::vector<Row> rows_;
   Arena cells_;
   Arena texts_;
