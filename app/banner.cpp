@@ -62,8 +62,8 @@ constexpr const char* usage[] = {
 };
 
 void printLine(const char* line) {
-  std::fputs(line, stderr);
-  std::fputc('\n', stderr);
+  // Standard error hands over each piece at once: one piece a line.
+  std::fputs((std::string(line) + "\n").c_str(), stderr);
 }
 
 } // namespace

@@ -27,6 +27,7 @@ void CITRANS::getResInfo() {
 }
 
 void CITRANS::fillShiftTable() {
+  shiftTable.reserveRows(static_cast<std::size_t>(residueCount) * atomNames.size());
   for (int residue = 1; residue <= residueCount; ++residue) {
     addResidue(residue);
   }

@@ -50,7 +50,7 @@ void CITRANS::reconcileResidueNames() {
     if (name.size() == 3) {
       name = getOneAAName(name);
     }
-    const auto known = sequence.emplace(residue, name);
+    const auto known = sequence.try_emplace(residue, name);
     if (!known.second && known.first->second != name) {
       std::fprintf(stderr,
                    "WARNING: Unmatched name for residue %d between header (%s) and chemical shift "

@@ -79,11 +79,12 @@ void reportOutliers(CITRANS& run) {
 /// All secondary shifts, unbounded, by residue.
 CheckedResidues gatherResidues(const GDB& table) {
   CheckedResidues residues;
+  auto known = residues.end();
   for (std::size_t row = 0; row < table.rowCount(); ++row) {
     const std::string_view residueText = table.cell(row, "RESID");
-    auto known = residues.find(residueText);
-    if (known == residues.end()) {
-      known = residues.emplace(residueText, CheckedResidue()).first;
+    // The rows of a residue follow each other: most need no search.
+    if (known == residues.end() || known->first != residueText) {
+      known = residues.try_emplace(std::string(residueText)).first;
     }
     known->second.set(checkedAtom(table.cell(row, "ATOMNAME")),
                       parseFloat(table.cell(row, "SHIFT")));

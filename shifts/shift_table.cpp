@@ -5,6 +5,7 @@
 void CITRANS::saveShiftTable() const {
   GDB output;
   output.copyHeader(shiftTable);
+  output.reserveRows(shiftTable.rowCount());
   for (std::size_t row = 0; row < shiftTable.rowCount(); ++row) {
     if (parseDouble(shiftTable.cell(row, "SHIFT")) < shift::missingFrom) {
       output.appendRowFrom(shiftTable, row);

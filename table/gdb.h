@@ -135,6 +135,9 @@ class GDB {
   /// Sets one cell, as `setEntry` does.
   void setCell(std::size_t position, std::string_view name, std::string_view text);
 
+  /// Room for so many rows, so that adding them moves none.
+  void reserveRows(std::size_t count) { rows_.reserve(count); }
+
   /// Gives these names the first places in the layout of rows, before any column is declared: rows
   /// that hold only them stay small, however many columns there are.
   void layOutFirst(std::initializer_list<const char*> names);

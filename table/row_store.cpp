@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <memory>
 
 namespace {
 
@@ -16,21 +17,27 @@ constexpr RowStore::Slot noSlot = static_cast<RowStore::Slot>(-1);
 
 } // namespace
 
-void* Arena::allocate(std::size_t size) {
-  const std::size_t rounded = (size + alignof(Cell) - 1) / alignof(Cell) * alignof(Cell);
-  if (blocks_.empty() || capacity_ - used_ < rounded) {
+char* Arena::allocate(std::size_t size) {
+  if (blocks_.empty() || capacity_ - used_ < size) {
     const std::size_t next = std::min(std::max(capacity_ * 2, firstBlockSize), largestBlockSize);
-    capacity_ = std::max(next, rounded);
+    capacity_ = std::max(next, size);
     used_ = 0;
     blocks_.emplace_back(new char[capacity_]);
   }
   char* const start = blocks_.back().get() + used_;
-  used_ += rounded;
+  used_ += size;
   return start;
 }
 
+Cell* Arena::allocateCells(std::size_t count) {
+  // Blocks begin aligned, and cells follow nothing but cells.
+  Cell* const cells = reinterpret_cast<Cell*>(allocate(count * sizeof(Cell)));
+  std::uninitialized_default_construct_n(cells, count);
+  return cells;
+}
+
 std::string_view Arena::keep(std::string_view text) {
-  char* const start = static_cast<char*>(allocate(std::max<std::size_t>(text.size(), 1)));
+  char* const start = allocate(std::max<std::size_t>(text.size(), 1));
   if (!text.empty()) {
     std::memcpy(start, text.data(), text.size());
   }
@@ -138,10 +145,8 @@ bool RowStore::sharesLayout(const RowStore& other, std::size_t width) const {
 }
 
 void RowStore::copyCells(Row& row, std::size_t width) {
-  Cell* const cells = static_cast<Cell*>(cells_.allocate(width * sizeof(Cell)));
-  for (std::size_t slot = 0; slot < width; ++slot) {
-    new (cells + slot) Cell(slot < row.width ? row.cells[slot] : Cell());
-  }
+  Cell* const cells = cells_.allocateCells(width);
+  std::copy_n(row.cells, row.width, cells);
   row.cells = cells;
   row.width = static_cast<std::uint32_t>(width) & 0x7FFFFFFFU;
   row.shared = 0;

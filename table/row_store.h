@@ -16,8 +16,8 @@ using Cell = std::string_view;
 /// Memory that only grows and never moves, so that views into it stay valid.
 class Arena {
  public:
-  /// Room for `size` bytes, aligned for any cell; valid as long as the arena.
-  void* allocate(std::size_t size);
+  /// Room for so many empty cells, valid as long as the arena; one that keeps text has none.
+  Cell* allocateCells(std::size_t count);
 
   /// A lasting copy of `text`; never a null pointer, not even for empty text.
   std::string_view keep(std::string_view text);
@@ -25,6 +25,8 @@ class Arena {
   void clear();
 
  private:
+  char* allocate(std::size_t size);
+
   std::vector<std::unique_ptr<char[]>> blocks_;
   std::size_t used_ = 0;
   std::size_t capacity_ = 0;
@@ -47,6 +49,9 @@ class RowStore {
   RowStore& operator=(const RowStore&) = delete;
   RowStore(RowStore&&) = default;
   RowStore& operator=(RowStore&&) = default;
+
+  /// Room for so many rows, so that adding them moves none.
+  void reserve(std::size_t count) { rows_.reserve(count); }
 
   /// Number of rows.
   std::size_t size() const { return rows_.size(); }
