@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 
 #include "table/file_io.h"
@@ -52,6 +53,13 @@ char sequenceName(char c) {
   return known ? c : 'X';
 }
 
+/// How many rows may follow when they are like this line, limited so that room for them takes no
+/// more than the file.
+std::size_t rowsExpected(std::string_view line, std::string_view rest) {
+  constexpr std::size_t shortestLine = 16;
+  return rest.size() / std::max(line.size() + 1, shortestLine) + 2;
+}
+
 } // namespace
 
 void GDB::loadGDB(const std::string& fileName) {
@@ -66,6 +74,9 @@ void GDB::loadGDB(const std::string& fileName) {
   std::string_view rest = file.view();
   rows_.adopt(std::move(file.bytes));
   for (std::string_view line; takeLine(rest, line);) {
+    if (rows_.size() == 1) {
+      rows_.reserve(rowsExpected(line, rest));
+    }
     readLine(line, rowNumber, formatSeen);
   }
   readSequence();
