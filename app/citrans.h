@@ -179,8 +179,8 @@ class CITRANS {
   int residueCount = 0;                ///< N, the number of letters of the sequence header
   GDB shiftTable;                      ///< secondary shifts, six rows a residue
   std::map<int, int> missCount;        ///< atoms without an input row, 0 to 6
-  /// Random coil and corrections, ppm, in the order of `atomNames`.
-  std::map<int, std::array<float, 6>> adjustments;
+  /// Random coil and corrections, ppm, residue 1 first, in the order of `atomNames`.
+  std::vector<std::array<float, 6>> adjustments;
   std::map<int, float> cgShifts; ///< observed CG, ppm, or shift::missing
   FloatByAtom offsets;           ///< referencing offsets by CA, CB, HA, C, ppm
 

@@ -27,6 +27,7 @@ void CITRANS::getResInfo() {
 }
 
 void CITRANS::fillShiftTable() {
+  adjustments.assign(static_cast<std::size_t>(residueCount), {});
   shiftTable.reserveRows(static_cast<std::size_t>(residueCount) * atomNames.size());
   for (int residue = 1; residue <= residueCount; ++residue) {
     addResidue(residue);
@@ -67,7 +68,8 @@ void CITRANS::addAtom(int residue, int index, const std::string& atom) {
   if (isGlycineHa) {
     setGlycineHa(row, residue, residueText, adjustment);
   }
-  adjustments[residue].at(static_cast<std::size_t>(index) - 1) = adjustment;
+  adjustments.at(static_cast<std::size_t>(residue) - 1).at(static_cast<std::size_t>(index) - 1) =
+      adjustment;
   if (name == "P" && (atom == "HN" || atom == "N")) {
     // A proline has no amide proton, and its nitrogen is not used. Kept.
     shiftTable.setCell(row, "SHIFT", ftoa(shift::missing, textBuffer, 'g', 6));

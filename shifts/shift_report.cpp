@@ -29,9 +29,9 @@ struct CheckedResidue {
   }
 };
 
-/// By the text of the residue number: residues are visited as 1, 10, 100, 11, ..., 2. Kept: the
-/// fit leaves out its first point, so the order counts.
-using CheckedResidues = std::map<std::string, CheckedResidue, std::less<>>;
+/// By the text of the residue number, which lies in the table: residues are visited as 1, 10, 100,
+/// 11, ..., 2. Kept: the fit leaves out its first point, so the order counts.
+using CheckedResidues = std::map<std::string_view, CheckedResidue>;
 
 bool isMissing(float value) {
   return !(static_cast<double>(value) < shift::missingFrom);
@@ -84,7 +84,7 @@ CheckedResidues gatherResidues(const GDB& table) {
     const std::string_view residueText = table.cell(row, "RESID");
     // The rows of a residue follow each other: most need no search.
     if (known == residues.end() || known->first != residueText) {
-      known = residues.try_emplace(std::string(residueText)).first;
+      known = residues.try_emplace(residueText).first;
     }
     known->second.set(checkedAtom(table.cell(row, "ATOMNAME")),
                       parseFloat(table.cell(row, "SHIFT")));

@@ -129,7 +129,6 @@ void GDB::copyHeader(const GDB& other) {
   formatText_ = other.formatText_;
   varsText_ = other.varsText_;
   firstResidue_ = other.firstResidue_;
-  residueNames_ = other.residueNames_;
   remarks_ = other.remarks_;
   dataItems_ = other.dataItems_;
   columnNames_ = other.columnNames_;

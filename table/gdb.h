@@ -142,8 +142,8 @@ class GDB {
   /// that hold only them stay small, however many columns there are.
   void layOutFirst(std::initializer_list<const char*> names);
 
-  /// Takes over remarks, header items, columns, formats and residue names of another table, and
-  /// lays rows out as that table does; drops all rows.
+  /// Takes over remarks, header items, columns and formats of another table, but not its residue
+  /// names, and lays rows out as that table does; drops all rows.
   void copyHeader(const GDB& other);
 
   // --- header items and remarks ------------------------------------------------------------

@@ -11,17 +11,18 @@ namespace {
 
 /// Takes the next token off `rest`; false when only white space is left.
 bool takeToken(std::string_view& rest, std::string_view& token) {
-  std::size_t start = 0;
-  while (start < rest.size() && GDB::isSpace(rest[start])) {
-    ++start;
+  const char* const end = rest.data() + rest.size();
+  const char* first = rest.data();
+  while (first != end && GDB::isSpace(*first)) {
+    ++first;
   }
-  std::size_t end = start;
-  while (end < rest.size() && !GDB::isSpace(rest[end])) {
-    ++end;
+  const char* last = first;
+  while (last != end && !GDB::isSpace(*last)) {
+    ++last;
   }
-  token = rest.substr(start, end - start);
-  rest.remove_prefix(end);
-  return !token.empty();
+  token = {first, static_cast<std::size_t>(last - first)};
+  rest = {last, static_cast<std::size_t>(end - last)};
+  return last != first;
 }
 
 /// `keyword` is in upper case.

@@ -4,40 +4,57 @@
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <new>
+#include <sys/mman.h>
 
 namespace {
 
 constexpr std::size_t firstBlockSize = std::size_t{4} * 1024;
-constexpr std::size_t largestBlockSize = std::size_t{1024} * 1024;
+/// Blocks of this size are whole large pages of the processor.
+constexpr std::size_t largePage = std::size_t{2048} * 1024;
 /// Cells that a row gets at once, if there are so many names.
 constexpr std::size_t fewestCells = 8;
 
 /// Second slot of an index over one column only.
 constexpr RowStore::Slot noSlot = static_cast<RowStore::Slot>(-1);
 
+/// Memory for a block. The largest ones are asked for as large pages: filling a table of many rows
+/// else takes a quarter of its time for the system to hand over small pages one by one.
+void* newBlock(std::size_t size) {
+  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): both kinds are freed alike, unlike those of new
+  void* const block = size == largePage ? std::aligned_alloc(size, size) : std::malloc(size);
+  if (block == nullptr) {
+    throw std::bad_alloc();
+  }
+  if (size == largePage) {
+    madvise(block, size, MADV_HUGEPAGE); // a wish: where it is not granted, nothing changes
+  }
+  return block;
+}
+
 } // namespace
 
-char* Arena::allocate(std::size_t size) {
+void* Arena::allocate(std::size_t size) {
   if (blocks_.empty() || capacity_ - used_ < size) {
-    const std::size_t next = std::min(std::max(capacity_ * 2, firstBlockSize), largestBlockSize);
+    const std::size_t next = std::min(std::max(capacity_ * 2, firstBlockSize), largestBlock_);
     capacity_ = std::max(next, size);
     used_ = 0;
-    blocks_.emplace_back(new char[capacity_]);
+    blocks_.emplace_back(newBlock(capacity_));
   }
-  char* const start = blocks_.back().get() + used_;
+  char* const start = static_cast<char*>(blocks_.back().get()) + used_;
   used_ += size;
   return start;
 }
 
 Cell* Arena::allocateCells(std::size_t count) {
   // Blocks begin aligned, and cells follow nothing but cells.
-  Cell* const cells = reinterpret_cast<Cell*>(allocate(count * sizeof(Cell)));
+  Cell* const cells = static_cast<Cell*>(allocate(count * sizeof(Cell)));
   std::uninitialized_default_construct_n(cells, count);
   return cells;
 }
 
 std::string_view Arena::keep(std::string_view text) {
-  char* const start = allocate(std::max<std::size_t>(text.size(), 1));
+  char* const start = static_cast<char*>(allocate(std::max<std::size_t>(text.size(), 1)));
   if (!text.empty()) {
     std::memcpy(start, text.data(), text.size());
   }
@@ -174,8 +191,8 @@ const RowStore::Index& RowStore::index(Slot first, Slot second) const {
 }
 
 RowStore::Index RowStore::buildIndex(Slot first, Slot second) const {
-  std::size_t count = 2;
-  while (count < 2 * rows_.size()) {
+  std::size_t count = 4;
+  while (count / 4 * 3 < rows_.size()) {
     count *= 2;
   }
   Index built{first, second, std::vector<std::uint32_t>(count)};
