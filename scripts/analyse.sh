@@ -26,7 +26,8 @@ cppcheck "${cppcheck_common[@]}" --suppress=variableScope --suppress=useInitiali
   --suppress=unusedStructMember tools || status=1
 
 for source in app/*.cpp table/*.cpp shifts/*.cpp predict/*.cpp structure/*.cpp; do
-  g++ -std=c++17 -O1 -I . -fanalyzer -Wno-analyzer-use-of-uninitialized-value \
-    -Wno-analyzer-possible-null-argument -Werror -c -o /dev/null "$source" || status=1
+  # Null dereferences: g++ 12 takes the memory of a growing std::vector as possibly null.
+  g++ -std=c++17 -O1 -I . -fanalyzer -Wno-analyzer-use-of-uninitialized-value -Wno-analyzer-null-dereference \
+    -Wno-analyzer-possible-null-argument -Wno-analyzer-possible-null-dereference -Werror -c -o /dev/null "$source" || status=1
 done
 exit $status
