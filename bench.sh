@@ -46,11 +46,12 @@ medium=("$citrans" -in "$data/residues-3000.tab" -sum "$out/medium.tab")
 
 # The program that reads the same files and writes as many bytes to the same number of files.
 "${small[@]}" >"$out/small.txt" 2>&1
-files_only=("$programs/bench_read_and_write"
-  "$out/plain1:$(stat -c %s "$out/small.tab")"
+same_files=("$out/plain1:$(stat -c %s "$out/small.tab")"
   "$out/plain2:$(stat -c %s "$out/smallAdjCS.tab")"
   "-:$(stat -c %s "$out/small.txt")"
   -- "${tables[@]}" "${example[@]}")
+files_only=("$programs/bench_read_and_write_shared" "${same_files[@]}")
+files_only_static=("$programs/bench_read_and_write" "${same_files[@]}")
 
 # Lists for the two thousand proteins: one line of arguments per process.
 mkdir -p "$out/proteins"
@@ -72,6 +73,8 @@ pair() {
 
 printf '%-46s %10s %10s %3s %8s %6s\n' "median of $runs" first second "" ratio aim
 pair "96 residues with -ref : its files only" 1.5 "$runs" "${small[@]}" -- "${files_only[@]}"
+pair "  the same, that program linked statically" 1.5 "$runs" "${small[@]}" \
+  -- "${files_only_static[@]}"
 pair "30,000 residues : 3,000 residues" 11 "$runs" "${large[@]}" -- "${medium[@]}"
 pair "300,000 rows, load and save : mawk" 1 "$runs" "${round_trip[@]}" -- "${reprint[@]}"
 pair "100,000 atoms, every omega : gemmi reading" 1 "$runs" "${omegas[@]}" -- "${atoms[@]}"
@@ -95,6 +98,8 @@ row() {
 }
 row "96 residues with -ref : its files only" \
   "$(instructions "${small[@]}")" "$(instructions "${files_only[@]}")"
+row "  the same, that program linked statically" \
+  "$(instructions "${small[@]}")" "$(instructions "${files_only_static[@]}")"
 row "30,000 residues : 3,000 residues" \
   "$(instructions "${large[@]}")" "$(instructions "${medium[@]}")"
 row "300,000 rows, load and save : mawk" \

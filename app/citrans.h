@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "structure/pdb.h"
@@ -40,6 +41,8 @@ class CITRANS {
   /// "RESNAME_R1" or "CA_R3"; 24 entries.
   using Triplet = std::map<std::string, std::string>;
   using FloatByAtom = std::map<std::string, float, std::less<>>;
+  /// A number for each of `atomNames`, in that order.
+  using AtomValues = std::array<float, 6>;
 
   /// Takes the database directory from the environment and fills the accepted option names.
   CITRANS();
@@ -180,7 +183,7 @@ class CITRANS {
   GDB shiftTable;                      ///< secondary shifts, six rows a residue
   std::map<int, int> missCount;        ///< atoms without an input row, 0 to 6
   /// Random coil and corrections, ppm, residue 1 first, in the order of `atomNames`.
-  std::vector<std::array<float, 6>> adjustments;
+  std::vector<AtomValues> adjustments;
   std::map<int, float> cgShifts; ///< observed CG, ppm, or shift::missing
   FloatByAtom offsets;           ///< referencing offsets by CA, CB, HA, C, ppm
 
@@ -204,8 +207,14 @@ class CITRANS {
   void reconcileResidueNames();
   void limitResidueRange();
   void addResidue(int residue);
-  void addAtom(int residue, int index, const std::string& atom);
-  float adjustmentOf(int residue, const std::string& atom);
+  void addAtom(int residue, const std::string& atom, float adjustment);
+  AtomValues adjustmentsOf(int residue);
+  /// What a residue of one name adds to the adjustments, ppm, in the order of `atomNames`: its
+  /// random coil value and own correction, and its effect as the residue before and after another.
+  struct AdjustmentTerms {
+    AtomValues randomCoil, own, previous, next;
+  };
+  const AdjustmentTerms& adjustmentTermsOf(const std::string& name);
   std::size_t findInputShift(std::string_view residueText, std::string_view atom) const;
   void setShift(std::size_t row, double observed, float adjustment);
   void setGlycineHa(std::size_t row, int residue, std::string_view residueText, float adjustment);
@@ -224,5 +233,7 @@ class CITRANS {
 
   int lowestResidue = 0;
   int highestResidue = 0;
+  /// By residue name, so that each name is looked up once and not for each of its residues.
+  std::unordered_map<std::string, AdjustmentTerms> adjustmentTerms;
   mutable char textBuffer[32] = {};
 };

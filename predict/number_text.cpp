@@ -1,3 +1,4 @@
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -90,6 +91,7 @@ char* CITRANS::ftoa(float value, char* buf, char format, int precision) {
 #pragma GCC diagnostic pop
 
 char* CITRANS::itoa(int value, char* buf, int /*base*/) {
-  std::sprintf(buf, "%d", value);
+  constexpr std::ptrdiff_t longest = 11; // "-2147483648"
+  *std::to_chars(buf, buf + longest, value).ptr = '\0';
   return buf;
 }

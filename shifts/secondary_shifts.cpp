@@ -28,6 +28,7 @@ void CITRANS::getResInfo() {
 
 void CITRANS::fillShiftTable() {
   adjustments.assign(static_cast<std::size_t>(residueCount), {});
+  adjustmentTerms.clear();
   shiftTable.reserveRows(static_cast<std::size_t>(residueCount) * atomNames.size());
   for (int residue = 1; residue <= residueCount; ++residue) {
     addResidue(residue);
@@ -38,18 +39,19 @@ void CITRANS::fillShiftTable() {
 
 void CITRANS::addResidue(int residue) {
   missCount[residue] = 0;
+  AtomValues& sums = adjustments.at(static_cast<std::size_t>(residue) - 1);
+  sums = adjustmentsOf(residue);
   for (const auto& [index, atom] : atomNames) {
-    addAtom(residue, index, atom);
+    addAtom(residue, atom, sums.at(static_cast<std::size_t>(index) - 1));
   }
   const std::string_view text = itoa(residue, textBuffer, 10);
   cgShifts[residue] =
       static_cast<float>(inputShift(text, "CG", static_cast<double>(shift::missing)));
 }
 
-void CITRANS::addAtom(int residue, int index, const std::string& atom) {
+void CITRANS::addAtom(int residue, const std::string& atom, float adjustment) {
   const std::string residueText = itoa(residue, textBuffer, 10);
   const std::string& name = nameOf(residue);
-  const float adjustment = adjustmentOf(residue, atom);
   const bool isGlycineHa = name == "G" && atom == "HA";
 
   const std::size_t source = findInputShift(residueText, atom);
@@ -68,23 +70,41 @@ void CITRANS::addAtom(int residue, int index, const std::string& atom) {
   if (isGlycineHa) {
     setGlycineHa(row, residue, residueText, adjustment);
   }
-  adjustments.at(static_cast<std::size_t>(residue) - 1).at(static_cast<std::size_t>(index) - 1) =
-      adjustment;
   if (name == "P" && (atom == "HN" || atom == "N")) {
     // A proline has no amide proton, and its nitrogen is not used. Kept.
     shiftTable.setCell(row, "SHIFT", ftoa(shift::missing, textBuffer, 'g', 6));
   }
 }
 
-float CITRANS::adjustmentOf(int residue, const std::string& atom) {
+CITRANS::AtomValues CITRANS::adjustmentsOf(int residue) {
   const std::string& name = nameOf(residue);
-  float adjustment = getRC(name, atom) + getRCadj(name, atom) +
-                     getPrevRCadj(nameOf(residue - 1), atom) +
-                     getNextRCadj(nameOf(residue + 1), atom);
-  if (isoOn && (atom == "CA" || atom == "CB")) {
-    adjustment += isoAdj[name][atom];
+  const AdjustmentTerms& own = adjustmentTermsOf(name);
+  const AtomValues& previous = adjustmentTermsOf(nameOf(residue - 1)).previous;
+  const AtomValues& next = adjustmentTermsOf(nameOf(residue + 1)).next;
+  AtomValues sums{};
+  for (const auto& [index, atom] : atomNames) {
+    const auto at = static_cast<std::size_t>(index) - 1;
+    sums.at(at) = own.randomCoil.at(at) + own.own.at(at) + previous.at(at) + next.at(at);
+    if (isoOn && (atom == "CA" || atom == "CB")) {
+      sums.at(at) += isoAdj[name][atom];
+    }
   }
-  return adjustment;
+  return sums;
+}
+
+const CITRANS::AdjustmentTerms& CITRANS::adjustmentTermsOf(const std::string& name) {
+  const auto [known, isNew] = adjustmentTerms.try_emplace(name);
+  AdjustmentTerms& terms = known->second;
+  if (isNew) {
+    for (const auto& [index, atom] : atomNames) {
+      const auto at = static_cast<std::size_t>(index) - 1;
+      terms.randomCoil.at(at) = getRC(name, atom);
+      terms.own.at(at) = getRCadj(name, atom);
+      terms.previous.at(at) = getPrevRCadj(name, atom);
+      terms.next.at(at) = getNextRCadj(name, atom);
+    }
+  }
+  return terms;
 }
 
 void CITRANS::setShift(std::size_t row, double observed, float adjustment) {

@@ -42,11 +42,13 @@ void CITRANS::requireInput() const {
 void CITRANS::reconcileResidueNames() {
   lowestResidue = lowestBeforeAny;
   highestResidue = highestBeforeAny;
+  const GDB::Column resid = inputTable.column("RESID");
+  const GDB::Column resname = inputTable.column("RESNAME");
   for (std::size_t row = 0; row < inputTable.rowCount(); ++row) {
-    const int residue = parseInt(inputTable.cell(row, "RESID"));
+    const int residue = parseInt(inputTable.cell(row, resid));
     lowestResidue = std::min(lowestResidue, residue);
     highestResidue = std::max(highestResidue, residue);
-    std::string name(inputTable.cell(row, "RESNAME"));
+    std::string name(inputTable.cell(row, resname));
     if (name.size() == 3) {
       name = getOneAAName(name);
     }

@@ -33,6 +33,14 @@ struct CheckedResidue {
 /// 11, ..., 2. Kept: the fit leaves out its first point, so the order counts.
 using CheckedResidues = std::map<std::string_view, CheckedResidue>;
 
+/// The columns of the working table that the checks read.
+struct Columns {
+  explicit Columns(const GDB& table)
+      : resid(table.column("RESID")), atomName(table.column("ATOMNAME")),
+        shift(table.column("SHIFT")) {}
+  GDB::Column resid, atomName, shift;
+};
+
 bool isMissing(float value) {
   return !(static_cast<double>(value) < shift::missingFrom);
 }
@@ -64,11 +72,12 @@ std::string checkedAtom(std::string_view named) {
 void reportOutliers(CITRANS& run) {
   std::puts("\nChecking for Chemical Shift Outliers ...");
   const GDB& table = run.shiftTable;
+  const Columns columns(table);
   for (std::size_t row = 0; row < table.rowCount(); ++row) {
-    const std::string atom = checkedAtom(table.cell(row, "ATOMNAME"));
-    const double secondary = parseDouble(table.cell(row, "SHIFT"));
+    const std::string atom = checkedAtom(table.cell(row, columns.atomName));
+    const double secondary = parseDouble(table.cell(row, columns.shift));
     const float single = static_cast<float>(secondary);
-    const int residue = parseInt(table.cell(row, "RESID"));
+    const int residue = parseInt(table.cell(row, columns.resid));
     const float limit = run.clipSShift(residue, single, atom);
     if (limit != single) {
       printOutlier(residue, run.sequence[residue], atom, secondary, limit);
@@ -78,16 +87,17 @@ void reportOutliers(CITRANS& run) {
 
 /// All secondary shifts, unbounded, by residue.
 CheckedResidues gatherResidues(const GDB& table) {
+  const Columns columns(table);
   CheckedResidues residues;
   auto known = residues.end();
   for (std::size_t row = 0; row < table.rowCount(); ++row) {
-    const std::string_view residueText = table.cell(row, "RESID");
+    const std::string_view residueText = table.cell(row, columns.resid);
     // The rows of a residue follow each other: most need no search.
     if (known == residues.end() || known->first != residueText) {
       known = residues.try_emplace(residueText).first;
     }
-    known->second.set(checkedAtom(table.cell(row, "ATOMNAME")),
-                      parseFloat(table.cell(row, "SHIFT")));
+    known->second.set(checkedAtom(table.cell(row, columns.atomName)),
+                      parseFloat(table.cell(row, columns.shift)));
   }
   return residues;
 }

@@ -6,8 +6,9 @@ void CITRANS::saveShiftTable() const {
   GDB output;
   output.copyHeader(shiftTable);
   output.reserveRows(shiftTable.rowCount());
+  const GDB::Column shift = shiftTable.column("SHIFT");
   for (std::size_t row = 0; row < shiftTable.rowCount(); ++row) {
-    if (parseDouble(shiftTable.cell(row, "SHIFT")) < shift::missingFrom) {
+    if (parseDouble(shiftTable.cell(row, shift)) < shift::missingFrom) {
       output.appendRowFrom(shiftTable, row);
     }
   }

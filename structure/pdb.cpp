@@ -66,10 +66,9 @@ CORdata PDB::getEntry(int conformer, int serial) {
   return conformer == 1 ? atoms_.find(serial) : CORdata();
 }
 
-const CORdata& PDB::atom(int conformer, long long residue, std::string_view atomName) const {
-  static const CORdata absent;
+CORdata PDB::atom(int conformer, long long residue, std::string_view atomName) const {
   // A neighbour of the largest or smallest number wraps to a residue that no file can hold.
-  return conformer == 1 ? atoms_.find(static_cast<int>(residue), atomName) : absent;
+  return conformer == 1 ? atoms_.find(static_cast<int>(residue), atomName) : CORdata();
 }
 
 bool PDB::isSSBonded(int /*conformer*/, int residue) {
@@ -90,9 +89,12 @@ void PDB::markDisulfides() {
   // The test of `isSSBonded` for all cysteines at once. A place that is no number has no partner.
   std::vector<Sulfur> sulfurs;
   for (const auto& [residue, code] : resCodes) {
-    const float* const place = atom(1, residue, "SG").coor;
-    if (isCysteine(code) && std::isfinite(place[0])) {
-      sulfurs.push_back({residue, {place[0], place[1], place[2]}});
+    if (!isCysteine(code)) {
+      continue;
+    }
+    const CORdata sulfur = atom(1, residue, "SG");
+    if (std::isfinite(sulfur.x)) {
+      sulfurs.push_back({residue, {sulfur.x, sulfur.y, sulfur.z}});
     }
   }
   std::sort(sulfurs.begin(), sulfurs.end(),

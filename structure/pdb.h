@@ -119,9 +119,9 @@ class PDB {
  private:
   void clear();
   void readAtoms(std::string_view text);
-  void storeAtom(CORdata&& atom);
+  void storeAtom(const CORdata& atom, const CORdata& before);
   void markDisulfides();
-  const CORdata& atom(int conformer, long long residue, std::string_view atomName) const;
+  CORdata atom(int conformer, long long residue, std::string_view atomName) const;
 
   AtomList atoms_; ///< of conformer 1
 

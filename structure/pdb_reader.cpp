@@ -118,12 +118,14 @@ void PDB::clear() {
 
 void PDB::readAtoms(std::string_view text) {
   atoms_.reserve(text.size() / (shortestAtomLine + 1) + 1);
+  CORdata atom;
+  CORdata before;
   std::string_view line;
   while (takeLine(text, line)) {
     if (beginsWith(line, "ATOM")) {
-      CORdata atom;
       readAtom(line, atom);
-      storeAtom(std::move(atom));
+      storeAtom(atom, before);
+      std::swap(atom, before);
     } else if (beginsWith(line, "TER") || beginsWith(line, "END")) {
       // Kept: the structure is the first chain of the first model.
       return;
@@ -131,8 +133,7 @@ void PDB::readAtoms(std::string_view text) {
   }
 }
 
-void PDB::storeAtom(CORdata&& atom) {
-  const CORdata& before = atoms_.last();
+void PDB::storeAtom(const CORdata& atom, const CORdata& before) {
   if (before.resNumber != atom.resNumber || before.resName != atom.resName ||
       before.atomName.empty()) {
     resNames[atom.resNumber] = atom.resName;
@@ -140,5 +141,5 @@ void PDB::storeAtom(CORdata&& atom) {
   }
   firstResID = std::min(firstResID, atom.resNumber);
   lastResID = std::max(lastResID, atom.resNumber);
-  atoms_.add(std::move(atom));
+  atoms_.add(atom);
 }

@@ -75,25 +75,64 @@ bool readDecimal(std::string_view text, Decimal& decimal) {
          allDigits(decimal.fraction);
 }
 
+/// Which way printf rounds a fraction cut after `precision` digits. A decimal of at most
+/// `maxExactDigits` digits lies on the same side of the half-way point as its double; on that point
+/// itself it need not, so a tie is left to printf.
+enum class Rounding { none, down, up, unknown };
+
+Rounding roundingOf(std::string_view fraction, std::size_t precision) {
+  if (fraction.size() <= precision) {
+    return Rounding::none;
+  }
+  const std::string_view rest = fraction.substr(precision);
+  if (rest.front() != '5') {
+    return rest.front() > '5' ? Rounding::up : Rounding::down;
+  }
+  return rest.find_first_not_of('0', 1) == std::string_view::npos ? Rounding::unknown
+                                                                  : Rounding::up;
+}
+
+/// Adds 1 in the last place of a decimal in text form; false when it would need another digit.
+bool increase(char* first, char* last) {
+  while (last != first) {
+    --last;
+    if (*last == '.') {
+      continue;
+    }
+    if (*last != '9') {
+      ++*last;
+      return true;
+    }
+    *last = '0';
+  }
+  return false;
+}
+
 /// The decimal with exactly `precision` digits after the point, as printf would print its double,
 /// into `out`, which has room for its digits, a sign, a zero and a point. Returns the size; 0 when
-/// that would take rounding or more digits than a double holds.
-std::size_t writeExact(const Decimal& decimal, std::size_t precision, char* out) {
-  if (decimal.fraction.size() > precision || decimal.whole.size() + precision > maxExactDigits) {
+/// that is not certain or takes more digits than a double holds.
+std::size_t writeDecimal(const Decimal& decimal, std::size_t precision, char* out) {
+  const Rounding rounding = roundingOf(decimal.fraction, precision);
+  const std::size_t fraction = std::max(decimal.fraction.size(), precision);
+  if (rounding == Rounding::unknown || decimal.whole.size() + fraction > maxExactDigits) {
     return 0;
   }
   const char* const start = out;
   if (decimal.negative) {
     *out++ = '-';
   }
+  char* const digits = out;
   if (decimal.whole.empty()) {
     *out++ = '0';
   }
   out += decimal.whole.copy(out, decimal.whole.size());
   if (precision > 0) {
     *out++ = '.';
-    out += decimal.fraction.copy(out, decimal.fraction.size());
-    out = std::fill_n(out, precision - decimal.fraction.size(), '0');
+    const std::size_t kept = decimal.fraction.copy(out, precision);
+    out = std::fill_n(out + kept, precision - kept, '0');
+  }
+  if (rounding == Rounding::up && !increase(digits, out)) {
+    return 0;
   }
   return static_cast<std::size_t>(out - start);
 }
@@ -172,7 +211,7 @@ void CellFormat::appendFixed(std::string& out, std::string_view cell) const {
   Decimal decimal;
   if (plain_ && precision_ >= 0 && readDecimal(cell, decimal)) {
     char text[maxExactDigits + 4];
-    const std::size_t size = writeExact(decimal, static_cast<std::size_t>(precision_), text);
+    const std::size_t size = writeDecimal(decimal, static_cast<std::size_t>(precision_), text);
     if (size > 0) {
       appendPadded(out, {text, size});
       return;

@@ -19,17 +19,18 @@ void GDB::clearRows() {
   rows_.clear();
 }
 
-void GDB::requireColumn(std::string_view name) const {
+RowStore::Slot GDB::requireColumn(std::string_view name) const {
   const auto slot = rows_.findSlot(name);
-  if (!slot || *slot >= isColumnSlot_.size() || !isColumnSlot_[*slot]) {
-    std::fputs(("\tInvalid varible name '" + messageText(name) + "'\n").c_str(), stderr);
-    endRun(0);
+  if (slot && *slot < isColumnSlot_.size() && isColumnSlot_[*slot]) {
+    return *slot;
   }
+  std::fputs(("\tInvalid varible name '" + messageText(name) + "'\n").c_str(), stderr);
+  endRun(0);
 }
 
 void GDB::setEntry(int row, const std::string& name, const std::string& value) {
-  requireColumn(name);
-  rows_.set(rows_.findOrInsert(row), rows_.slot(name), value);
+  const RowStore::Slot slot = requireColumn(name);
+  rows_.set(rows_.findOrInsert(row), slot, value);
 }
 
 void GDB::addEntry(const std::string& name, const std::string& value) {
@@ -103,11 +104,11 @@ std::size_t GDB::findRow(std::string_view column1, std::string_view value1,
 }
 
 std::string_view GDB::cell(std::size_t position, std::string_view column) const {
-  const auto slot = rows_.findSlot(column);
-  if (!slot || position == noRow) {
-    return {};
-  }
-  return rows_.cellAt(position, *slot);
+  return cell(position, this->column(column));
+}
+
+GDB::Column GDB::column(std::string_view name) const {
+  return static_cast<Column>(rows_.findSlot(name).value_or(RowStore::noSlot));
 }
 
 std::size_t GDB::appendRow() {
@@ -119,8 +120,7 @@ std::size_t GDB::appendRowFrom(const GDB& other, std::size_t position) {
 }
 
 void GDB::setCell(std::size_t position, std::string_view name, std::string_view text) {
-  requireColumn(name);
-  rows_.set(position, rows_.slot(name), text);
+  rows_.set(position, requireColumn(name), text);
 }
 
 void GDB::copyHeader(const GDB& other) {

@@ -127,6 +127,14 @@ class GDB {
   /// Cell text at a position, valid until the rows change; empty for a missing cell and for noRow.
   std::string_view cell(std::size_t position, std::string_view column) const;
 
+  /// A column found once, for loops that read it in many rows. It holds until columns are declared
+  /// or cells set; under a name that no row has, all cells are missing.
+  enum class Column : RowStore::Slot {};
+  Column column(std::string_view name) const;
+  std::string_view cell(std::size_t position, Column column) const {
+    return position == noRow ? Cell() : rows_.cellAt(position, static_cast<RowStore::Slot>(column));
+  }
+
   /// Opens a new row as `addEntry` does, without a cell. \return its position
   std::size_t appendRow();
   /// Opens a new row with all cells of another table's row, columns or not; the other table must
@@ -203,7 +211,7 @@ class GDB {
   void findColumnSlots();
   void setColumn(std::size_t index, const std::string& name, const std::string& format);
   std::size_t columnIndex(const std::string& name) const;
-  void requireColumn(std::string_view name) const;
+  RowStore::Slot requireColumn(std::string_view name) const;
   bool acceptsColumn(const std::string& name, const std::string& format) const;
   Entry copyRow(std::size_t position) const;
 

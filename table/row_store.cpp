@@ -10,25 +10,23 @@
 namespace {
 
 constexpr std::size_t firstBlockSize = std::size_t{4} * 1024;
-/// Blocks of this size are whole large pages of the processor.
-constexpr std::size_t largePage = std::size_t{2048} * 1024;
 /// Cells that a row gets at once, if there are so many names.
 constexpr std::size_t fewestCells = 8;
-
-/// Second slot of an index over one column only.
-constexpr RowStore::Slot noSlot = static_cast<RowStore::Slot>(-1);
 
 /// Memory for a block. The largest ones are asked for as large pages: filling a table of many rows
 /// else takes a quarter of its time for the system to hand over small pages one by one.
 void* newBlock(std::size_t size) {
   // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): both kinds are freed alike, unlike those of new
-  void* const block = size == largePage ? std::aligned_alloc(size, size) : std::malloc(size);
+  const bool whole = size == Arena::largePage;
+  void* const block = whole ? std::aligned_alloc(size, size) : std::malloc(size);
   if (block == nullptr) {
     throw std::bad_alloc();
   }
-  if (size == largePage) {
+#ifdef MADV_HUGEPAGE
+  if (whole) {
     madvise(block, size, MADV_HUGEPAGE); // a wish: where it is not granted, nothing changes
   }
+#endif
   return block;
 }
 
@@ -46,9 +44,9 @@ void* Arena::allocate(std::size_t size) {
   return start;
 }
 
-Cell* Arena::allocateCells(std::size_t count) {
+PackedCell* Arena::allocateCells(std::size_t count) {
   // Blocks begin aligned, and cells follow nothing but cells.
-  Cell* const cells = static_cast<Cell*>(allocate(count * sizeof(Cell)));
+  PackedCell* const cells = static_cast<PackedCell*>(allocate(count * sizeof(PackedCell)));
   std::uninitialized_default_construct_n(cells, count);
   return cells;
 }
@@ -68,17 +66,27 @@ void Arena::clear() {
 }
 
 RowStore::Slot RowStore::slot(std::string_view name) {
-  const auto known = slotsByName_.find(name);
-  if (known != slotsByName_.end()) {
-    return known->second;
+  if (const std::optional<Slot> known = findSlot(name)) {
+    return *known;
   }
   const Slot added = static_cast<Slot>(names_.size());
   names_.emplace_back(name);
+  nameViews_.push_back(names_.back());
   slotsByName_.emplace(names_.back(), added);
   return added;
 }
 
 std::optional<RowStore::Slot> RowStore::findSlot(std::string_view name) const {
+  // Most tables have few names, and comparing a few is quicker than hashing.
+  const std::size_t few = std::min(names_.size(), fewestCells);
+  for (Slot slot = 0; slot < few; ++slot) {
+    if (nameViews_[slot] == name) {
+      return slot;
+    }
+  }
+  if (few == names_.size()) {
+    return std::nullopt;
+  }
   const auto found = slotsByName_.find(name);
   if (found == slotsByName_.end()) {
     return std::nullopt;
@@ -96,17 +104,20 @@ std::size_t RowStore::find(int number) const {
 }
 
 std::size_t RowStore::findOrInsert(int number) {
-  auto at = rows_.end();
-  if (!rows_.empty() && rows_.back().number >= number) {
-    at = std::lower_bound(rows_.begin(), rows_.end(), number,
-                          [](const Row& row, int n) { return row.number < n; });
-    if (at->number == number) {
-      return static_cast<std::size_t>(at - rows_.begin());
-    }
+  const Row empty{number, 0, 0, nullptr};
+  if (rows_.empty() || rows_.back().number < number) {
+    indexes_.clear();
+    rows_.push_back(empty);
+    return rows_.size() - 1;
   }
-  indexes_.clear();
-  const auto added = rows_.insert(at, Row{number, 0, 0, nullptr});
-  return static_cast<std::size_t>(added - rows_.begin());
+  const auto at = std::lower_bound(rows_.begin(), rows_.end(), number,
+                                   [](const Row& row, int n) { return row.number < n; });
+  const std::size_t position = static_cast<std::size_t>(at - rows_.begin());
+  if (at->number != number) {
+    indexes_.clear();
+    rows_.insert(at, empty);
+  }
+  return position;
 }
 
 void RowStore::set(std::size_t position, Slot slot, std::string_view text) {
@@ -123,7 +134,15 @@ void RowStore::setView(std::size_t position, Slot slot, std::string_view text) {
   if (!indexes_.empty()) {
     forgetIndexesOf(slot);
   }
-  row.cells[slot] = text;
+  row.cells[slot] = packed(text);
+}
+
+PackedCell RowStore::packed(Cell text) {
+  if (text.size() < PackedCell::shortestLong) {
+    return PackedCell(text);
+  }
+  longCells_.push_back(text);
+  return PackedCell(&longCells_.back());
 }
 
 void RowStore::setRow(std::size_t position, const std::vector<Slot>& slots,
@@ -134,7 +153,7 @@ void RowStore::setRow(std::size_t position, const std::vector<Slot>& slots,
   }
   indexes_.clear();
   for (std::size_t i = 0; i < slots.size(); ++i) {
-    row.cells[slots[i]] = texts[i];
+    row.cells[slots[i]] = packed(texts[i]);
   }
 }
 
@@ -148,8 +167,9 @@ std::size_t RowStore::appendCopy(int number, const RowStore& from, std::size_t p
     return added;
   }
   for (Slot column = 0; column < source.width; ++column) {
-    if (source.cells[column].data() != nullptr) {
-      setView(added, slot(from.names_[column]), source.cells[column]);
+    const Cell text = source.cells[column].view();
+    if (text.data() != nullptr) {
+      setView(added, slot(from.names_[column]), text);
     }
   }
   return added;
@@ -162,7 +182,7 @@ bool RowStore::sharesLayout(const RowStore& other, std::size_t width) const {
 }
 
 void RowStore::copyCells(Row& row, std::size_t width) {
-  Cell* const cells = cells_.allocateCells(width);
+  PackedCell* const cells = cells_.allocateCells(width);
   std::copy_n(row.cells, row.width, cells);
   row.cells = cells;
   row.width = static_cast<std::uint32_t>(width) & 0x7FFFFFFFU;
@@ -176,7 +196,7 @@ std::size_t RowStore::firstMatch(Slot slot, std::string_view value) const {
 std::size_t RowStore::firstMatch(Slot slot1, std::string_view value1, Slot slot2,
                                  std::string_view value2) const {
   const Index& built = index(slot1, slot2);
-  const std::uint32_t found = built.places[placeOf(built, value1, value2)];
+  const std::uint32_t found = built.places[placeOf(built, value1, value2).at];
   return found == 0 ? npos : found - 1;
 }
 
@@ -195,31 +215,32 @@ RowStore::Index RowStore::buildIndex(Slot first, Slot second) const {
   while (count / 4 * 3 < rows_.size()) {
     count *= 2;
   }
-  Index built{first, second, std::vector<std::uint32_t>(count)};
+  Index built{first, second, std::vector<std::uint32_t>(count), std::vector<std::uint8_t>(count)};
   for (std::size_t position = 0; position < rows_.size(); ++position) {
-    std::uint32_t& place =
-        built.places[placeOf(built, cellAt(position, first), cellAt(position, second))];
-    if (place == 0) {
-      place = static_cast<std::uint32_t>(position + 1);
+    const Place place = placeOf(built, cellAt(position, first), cellAt(position, second));
+    if (built.places[place.at] == 0) {
+      built.places[place.at] = static_cast<std::uint32_t>(position + 1);
+      built.tags[place.at] = place.tag;
     }
   }
   return built;
 }
 
 /// Where the first row with these two cells stands in the index, or the free place for it.
-std::size_t RowStore::placeOf(const Index& index, std::string_view value1,
-                              std::string_view value2) const {
-  const std::hash<std::string_view> hash;
+RowStore::Place RowStore::placeOf(const Index& index, std::string_view value1,
+                                  std::string_view value2) const {
+  const std::hash<std::string_view> hashOf;
+  const std::size_t hash = hashOf(value1) * 31 + hashOf(value2);
   const std::size_t mask = index.places.size() - 1;
-  std::size_t at = (hash(value1) * 31 + hash(value2)) & mask;
-  while (index.places[at] != 0) {
-    const std::size_t position = index.places[at] - 1;
-    if (cellAt(position, index.first) == value1 && cellAt(position, index.second) == value2) {
+  Place place{hash & mask, static_cast<std::uint8_t>(hash >> 56)};
+  for (; index.places[place.at] != 0; place.at = (place.at + 1) & mask) {
+    const std::size_t position = index.places[place.at] - 1;
+    if (index.tags[place.at] == place.tag && cellAt(position, index.first) == value1 &&
+        cellAt(position, index.second) == value2) {
       break;
     }
-    at = (at + 1) & mask;
   }
-  return at;
+  return place;
 }
 
 void RowStore::forgetIndexesOf(Slot slot) {
@@ -234,10 +255,12 @@ void RowStore::clear() {
   indexes_.clear();
   cells_.clear();
   texts_.clear();
+  longCells_.clear();
 }
 
 void RowStore::reset() {
   clear();
   names_.clear();
+  nameViews_.clear();
   slotsByName_.clear();
 }

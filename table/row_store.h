@@ -14,14 +14,49 @@
 /// Text of one cell. A cell that was never set has no data pointer and reads as empty text.
 using Cell = std::string_view;
 
+/// A cell in eight bytes, since the memory of a large table is most of its cost: address and size
+/// of a text share one number. Addresses of a process take 48 bits on the processors this is built
+/// for, which leaves 16 for the size; a longer text is kept as a `Cell` that the address leads to.
+class PackedCell {
+ public:
+  static constexpr std::size_t shortestLong = 0xFFFF;
+
+  /// A missing cell.
+  PackedCell() = default;
+  /// A text shorter than `shortestLong`.
+  explicit PackedCell(Cell text) : PackedCell(text.data(), text.size()) {}
+  /// A longer text; the cell it is kept in must stay where it is.
+  explicit PackedCell(const Cell* kept) : PackedCell(kept, shortestLong) {}
+
+  Cell view() const {
+    const std::size_t size = bits_ & shortestLong;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): it was a pointer before
+    const void* const address = reinterpret_cast<const void*>(bits_ >> sizeBits);
+    return size < shortestLong ? Cell(static_cast<const char*>(address), size)
+                               : *static_cast<const Cell*>(address);
+  }
+
+ private:
+  static constexpr unsigned sizeBits = 16;
+  static_assert(sizeof(void*) == sizeof(std::uint64_t));
+
+  PackedCell(const void* address, std::size_t size)
+      : bits_(reinterpret_cast<std::uintptr_t>(address) << sizeBits | size) {}
+
+  std::uint64_t bits_ = 0;
+};
+
 /// Memory that only grows and never moves, so that views into it stay valid.
 class Arena {
  public:
+  /// Blocks of this size are whole large pages of the processor.
+  static constexpr std::size_t largePage = std::size_t{2048} * 1024;
+
   /// \param largestBlock  size up to which blocks double, bytes
   explicit Arena(std::size_t largestBlock) : largestBlock_(largestBlock) {}
 
   /// Room for so many empty cells, valid as long as the arena; one that keeps text has none.
-  Cell* allocateCells(std::size_t count);
+  PackedCell* allocateCells(std::size_t count);
 
   /// A lasting copy of `text`; never a null pointer, not even for empty text.
   std::string_view keep(std::string_view text);
@@ -53,6 +88,8 @@ class RowStore {
  public:
   using Slot = std::uint32_t;
   static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+  /// A slot that no name has: all its cells are missing.
+  static constexpr Slot noSlot = static_cast<Slot>(-1);
 
   RowStore() = default;
   RowStore(const RowStore&) = delete;
@@ -76,7 +113,7 @@ class RowStore {
   int numberAt(std::size_t position) const { return rows_[position].number; }
   Cell cellAt(std::size_t position, Slot slot) const {
     const Row& row = rows_[position];
-    return slot < row.width ? row.cells[slot] : Cell();
+    return slot < row.width ? row.cells[slot].view() : Cell();
   }
 
   /// Position of the row with that number, or npos.
@@ -116,31 +153,39 @@ class RowStore {
     std::uint32_t width : 31;
     /// Whether the cells belong to another store and are copied before one is set.
     std::uint32_t shared : 1;
-    Cell* cells;
+    PackedCell* cells;
   };
   /// Hash table of row positions by the cells under two slots; the cells are read from the rows, so
-  /// that a row costs 5 to 11 bytes.
+  /// that a row costs 7 to 13 bytes.
   struct Index {
     Slot first;
     Slot second;
     /// A power of two many, at most three quarters in use: position plus 1, or 0 for a free place.
     std::vector<std::uint32_t> places;
+    /// A part of the hash of each place in use: rows that differ in it are not read, which would
+    /// cost more than all the rest.
+    std::vector<std::uint8_t> tags;
+  };
+  struct Place {
+    std::size_t at;
+    std::uint8_t tag;
   };
 
   void copyCells(Row& row, std::size_t width);
+  PackedCell packed(Cell text);
   const Index& index(Slot first, Slot second) const;
   Index buildIndex(Slot first, Slot second) const;
-  std::size_t placeOf(const Index& index, std::string_view value1, std::string_view value2) const;
+  Place placeOf(const Index& index, std::string_view value1, std::string_view value2) const;
   bool sharesLayout(const RowStore& other, std::size_t width) const;
   void forgetIndexesOf(Slot slot);
 
   std::deque<std::string> names_;
-  std::unordered_map<std::string_view, Slot> slotsByName_; ///< views of `names_`
+  std::vector<std::string_view> nameViews_; ///< of `names_`, as are the keys
+  std::unordered_map<std::string_view, Slot> slotsByName_;
   std::vector<Row> rows_;
-  /// A large page of the processor, and a part of one: rows have far more cells than new texts.
-  static constexpr std::size_t largePage = std::size_t{2048} * 1024;
-  Arena cells_{largePage};
-  Arena texts_{largePage / 8};
+  Arena cells_{Arena::largePage};
+  Arena texts_{Arena::largePage / 8}; // rows have far more cells than new texts
   std::vector<std::unique_ptr<char[]>> adopted_;
+  std::deque<Cell> longCells_;
   mutable std::vector<Index> indexes_;
 };
