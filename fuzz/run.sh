@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Run the fuzz targets for a time, one after the other.
+# Run the fuzz targets for a time, one after the other or, with JOBS, so many at once.
 #
-#   fuzz/run.sh SECONDS [TARGET]...      (default: all targets)
+#   fuzz/run.sh SECONDS [TARGET]...           (default: all targets)
+#   JOBS=2 fuzz/run.sh SECONDS [TARGET]...
 #
 # Builds them first. New units go to build/fuzz/units/TARGET, never among the seeds; what ends a
 # target, to build/fuzz/found/TARGET-*: minimise it, give it a name that says what it is, and add it
@@ -24,30 +25,30 @@ export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_stack_use_after_return=1}"
 export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1}"
 unset CITRANS_DIR
 
-status=0
-for target in "${targets[@]}"; do
-  words=table
-  seeds=(fuzz/corpus/tables)
+fuzz_one() {
+  local target="$1" words=table
+  local seeds=(fuzz/corpus/tables)
   case "$target" in
     structure | command_line | cell_format)
       words="$target"
       seeds=("fuzz/corpus/$target")
       ;;
   esac
-  units="build/fuzz/units/$target"
+  local units="build/fuzz/units/$target" log="build/fuzz/$target.log"
   mkdir -p "$units" build/fuzz/found
-  log="build/fuzz/$target.log"
   # 64 KB hold any of the examples; more only makes every run slower. A unit may not take longer
   # than ten seconds or more than 2 GB.
   if "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -max_len=65536 -timeout=10 \
     -rss_limit_mb=2048 -print_final_stats=1 -dict="fuzz/dict/$words.dict" \
     -artifact_prefix="build/fuzz/found/$target-" "$units" "${seeds[@]}" >"$log" 2>&1; then
-    sed -n 's/^stat::number_of_executed_units: */executions /p' "$log" | tr '\n' ' '
-    echo "$target: $(grep -E ' cov: [0-9]+ ft: [0-9]+ ' "$log" | tail -n 1 | sed 's/.*\(cov: [0-9]* ft: [0-9]*\).*/\1/')"
+    echo "$target: $(sed -n 's/^stat::number_of_executed_units: */executions /p' "$log")" \
+      "$(grep -E ' cov: [0-9]+ ft: [0-9]+ ' "$log" | tail -n 1 | sed 's/.*\(cov: [0-9]* ft: [0-9]*\).*/\1/')"
   else
-    status=1
     echo "$target: FAILED, the end of $log:"
     tail -n 60 "$log" | sed 's/^/    /'
+    return 1
   fi
-done
-exit $status
+}
+export seconds
+export -f fuzz_one
+printf '%s\0' "${targets[@]}" | xargs -0 -n 1 -P "${JOBS:-1}" bash -c 'fuzz_one "$0"'

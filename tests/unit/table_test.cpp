@@ -1,8 +1,11 @@
+#include <cstdio>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>
 #include <random>
 #include <stdexcept>
 
+#include "table/cell_format.h"
 #include "table/gdb.h"
 #include "tests/unit/support.h"
 
@@ -225,6 +228,52 @@ TEST(Table, WriterKeepsTheLayout) {
   EXPECT_EQ(savedText(table), "   1 A   CA    52.100\n   2            0.000\n");
   GDB empty;
   EXPECT_EQ(savedText(empty), "\n\nVARS   \nFORMAT \n\n");
+}
+
+TEST(Table, DecimalsAreRoundedAsPrintfRoundsTheirDouble) {
+  // Ties as the double lies: 0.125 is one, 2.675 is just below and 8.345 just above the half.
+  for (const char* cell : {"0.125",
+                           "0.375",
+                           "2.675",
+                           "8.345",
+                           "0.1250",
+                           "0.12500000000001",
+                           "9.995",
+                           "99.9951",
+                           "-9.996",
+                           "-0.004",
+                           "0.996",
+                           ".005",
+                           "5.",
+                           "000.996",
+                           "123456789012.345",
+                           "1234567890123456.789",
+                           "1e-3",
+                           "-",
+                           "--1",
+                           "1.2.3"}) {
+    for (const char* format : {"%7.2f", "%-9.2f", "%.0f", "%4.1f", "%12.8f"}) {
+      char printed[64];
+      std::snprintf(printed, sizeof printed, format, std::strtod(cell, nullptr));
+      std::string out;
+      CellFormat(format).append(out, cell);
+      EXPECT_EQ(out, printed) << format << " of " << cell;
+    }
+  }
+}
+
+TEST(Table, CellsOfAnyLengthAreKept) {
+  GDB table;
+  table.VARS_str_parser("A B");
+  GDB other;
+  other.VARS_str_parser("C B A");
+  for (const std::size_t length : {0U, 1U, 65534U, 65535U, 65536U, 300000U}) {
+    const std::string text(length, 'x');
+    table.addEntry("A", text);
+    EXPECT_EQ(table.getEntry(table.getEntryCount())["A"], text);
+    other.appendRowFrom(table, table.rowCount() - 1);
+    EXPECT_EQ(other.getEntry("A", text, 1)["A"], text);
+  }
 }
 
 TEST(Table, SequencesAreWrittenInLinesOf55) {
