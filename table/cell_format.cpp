@@ -93,17 +93,16 @@ Rounding roundingOf(std::string_view fraction, std::size_t precision) {
 }
 
 /// Adds 1 in the last place of a decimal in text form; false when it would need another digit.
-bool increase(char* first, char* last) {
-  while (last != first) {
-    --last;
-    if (*last == '.') {
+bool increase(char* text, std::size_t size) {
+  for (std::size_t at = size; at-- > 0;) {
+    if (text[at] == '.') {
       continue;
     }
-    if (*last != '9') {
-      ++*last;
+    if (text[at] != '9') {
+      ++text[at];
       return true;
     }
-    *last = '0';
+    text[at] = '0';
   }
   return false;
 }
@@ -131,7 +130,7 @@ std::size_t writeDecimal(const Decimal& decimal, std::size_t precision, char* ou
     const std::size_t kept = decimal.fraction.copy(out, precision);
     out = std::fill_n(out + kept, precision - kept, '0');
   }
-  if (rounding == Rounding::up && !increase(digits, out)) {
+  if (rounding == Rounding::up && !increase(digits, static_cast<std::size_t>(out - digits))) {
     return 0;
   }
   return static_cast<std::size_t>(out - start);

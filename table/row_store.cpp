@@ -16,8 +16,8 @@ constexpr std::size_t fewestCells = 8;
 /// Memory for a block. The largest ones are asked for as large pages: filling a table of many rows
 /// else takes a quarter of its time for the system to hand over small pages one by one.
 void* newBlock(std::size_t size) {
-  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): both kinds are freed alike, unlike those of new
   const bool whole = size == Arena::largePage;
+  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): both kinds are freed alike, unlike those of new
   void* const block = whole ? std::aligned_alloc(size, size) : std::malloc(size);
   if (block == nullptr) {
     throw std::bad_alloc();

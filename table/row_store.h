@@ -30,7 +30,7 @@ class PackedCell {
 
   Cell view() const {
     const std::size_t size = bits_ & shortestLong;
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): it was a pointer before
+    // NOLINTNEXTLINE(performance-no-int-to-ptr,*-reinterpret-cast): it was a pointer before
     const void* const address = reinterpret_cast<const void*>(bits_ >> sizeBits);
     return size < shortestLong ? Cell(static_cast<const char*>(address), size)
                                : *static_cast<const Cell*>(address);
@@ -41,6 +41,7 @@ class PackedCell {
   static_assert(sizeof(void*) == sizeof(std::uint64_t));
 
   PackedCell(const void* address, std::size_t size)
+      // NOLINTNEXTLINE(*-reinterpret-cast): an address as a number, to share it with the size
       : bits_(reinterpret_cast<std::uintptr_t>(address) << sizeBits | size) {}
 
   std::uint64_t bits_ = 0;

@@ -252,12 +252,18 @@ TEST(Table, DecimalsAreRoundedAsPrintfRoundsTheirDouble) {
                            "-",
                            "--1",
                            "1.2.3"}) {
-    for (const char* format : {"%7.2f", "%-9.2f", "%.0f", "%4.1f", "%12.8f"}) {
+    const struct {
+      const char* format;
+      int width; // negative to the left, as printf takes it
+      int precision;
+    } columns[] = {{"%7.2f", 7, 2}, {"%-9.2f", -9, 2}, {"%.0f", 0, 0}, {"%12.8f", 12, 8}};
+    for (const auto& column : columns) {
       char printed[64];
-      std::snprintf(printed, sizeof printed, format, std::strtod(cell, nullptr));
+      std::snprintf(printed, sizeof printed, "%*.*f", column.width, column.precision,
+                    std::strtod(cell, nullptr));
       std::string out;
-      CellFormat(format).append(out, cell);
-      EXPECT_EQ(out, printed) << format << " of " << cell;
+      CellFormat(column.format).append(out, cell);
+      EXPECT_EQ(out, printed) << column.format << " of " << cell;
     }
   }
 }
