@@ -50,11 +50,11 @@ BENCHMARK(readCell);
 
 void printCell(benchmark::State& state) {
   const CellFormat format("%8.3f");
-  std::string out;
+  TextBuffer out;
   for (auto _ : state) {
-    out.clear();
+    out.cut(0);
     format.append(out, "171.100");
-    benchmark::DoNotOptimize(out.data());
+    benchmark::DoNotOptimize(out.view().data());
   }
 }
 BENCHMARK(printCell);

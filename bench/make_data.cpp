@@ -63,7 +63,7 @@ std::string headerOf(const std::vector<Residue>& pool, std::size_t start, int co
 void writeTable(const std::string& path, const std::vector<Residue>& pool, std::size_t start,
                 int count, int rows) {
   OutputFile file(path);
-  file.buffer() += headerOf(pool, start, rows > 0 ? 1 : count);
+  file.buffer().append(headerOf(pool, start, rows > 0 ? 1 : count));
   int written = 0;
   for (int i = 0; rows > 0 ? written < rows : i < count; ++i) {
     const Residue& residue = pool[(start + static_cast<std::size_t>(i)) % pool.size()];
@@ -71,7 +71,7 @@ void writeTable(const std::string& path, const std::vector<Residue>& pool, std::
       char line[64];
       std::snprintf(line, sizeof line, "%4d %1s %4s  %8s\n", i + 1, residue.name.c_str(),
                     shift.atom.c_str(), shift.value.c_str());
-      file.buffer() += rows == 0 || written < rows ? line : "";
+      file.buffer().append(rows == 0 || written < rows ? line : "");
       ++written;
     }
     file.flushIfLarge();
@@ -88,14 +88,14 @@ struct Place {
   float z;
 };
 
-void writeAtom(std::string& out, int serial, const char* name, const char* residueName, int residue,
+void writeAtom(TextBuffer& out, int serial, const char* name, const char* residueName, int residue,
                const Place& at) {
   char line[96];
   std::snprintf(line, sizeof line,
                 "ATOM  %5d %4s %3s A%4d    %8.3f%8.3f%8.3f  1.00 20.00           %c\n", serial,
                 name, residueName, residue, static_cast<double>(at.x), static_cast<double>(at.y),
                 static_cast<double>(at.z), name[1]);
-  out += line;
+  out.append(line);
 }
 
 /// Copies of the backbone on a lattice, side chains of six atoms at made-up places near CA, and a
@@ -128,7 +128,7 @@ void writeStructure(const std::string& path, const std::string& example) {
     }
     file.flushIfLarge();
   }
-  file.buffer() += "TER\nEND\n";
+  file.buffer().append("TER\nEND\n");
   if (!file.close()) {
     std::perror(path.c_str());
     std::exit(1);

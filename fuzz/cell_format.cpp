@@ -59,8 +59,9 @@ bool hasLongNumber(const std::string& piece) {
 
 /// printf of the piece as it stands, or, with a number beyond the limit, only its size bounded.
 void requirePrinted(const std::string& piece, const std::string& cell) {
-  std::string out = "x";
-  CellFormat(piece).append(out, cell);
+  TextBuffer buffer;
+  CellFormat(piece).append(buffer.append("x"), cell);
+  const std::string_view out = buffer.view();
   if (hasLongNumber(piece)) {
     require(out.size() <= 3 * (largestNumber + piece.size() + cell.size()) + 400, "bounded output");
     return;

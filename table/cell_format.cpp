@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <cstring>
 
 #include "table/gdb.h"
 #include "table/number.h"
@@ -17,15 +18,13 @@ constexpr std::size_t maxExactDigits = 15;
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 /// `format` is one checked conversion for a value of this type.
 template <class Value>
-void appendPrintf(std::string& out, const char* format, Value value) {
+void appendPrintf(TextBuffer& out, const char* format, Value value) {
   const int size = std::snprintf(nullptr, 0, format, value);
-  if (size <= 0) {
-    return;
+  if (size > 0) {
+    // The closing NUL falls into the spare bytes.
+    const std::size_t room = static_cast<std::size_t>(size) + 1;
+    std::snprintf(out.extend(room - 1), room, format, value);
   }
-  const std::size_t before = out.size();
-  out.resize(before + static_cast<std::size_t>(size) + 1);
-  std::snprintf(&out[before], static_cast<std::size_t>(size) + 1, format, value);
-  out.resize(before + static_cast<std::size_t>(size));
 }
 #pragma GCC diagnostic pop
 
@@ -58,21 +57,24 @@ struct Decimal {
   std::string_view fraction;
 };
 
-bool allDigits(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return GDB::isDigit(c); });
-}
-
 bool readDecimal(std::string_view text, Decimal& decimal) {
   decimal.negative = !text.empty() && text.front() == '-';
   text.remove_prefix(decimal.negative ? 1 : 0);
-  const std::size_t point = std::min(text.find('.'), text.size());
+  std::size_t point = text.size();
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '.' && point == text.size()) {
+      point = at;
+    } else if (!GDB::isDigit(text[at])) {
+      return false;
+    }
+  }
   decimal.whole = text.substr(0, point);
   decimal.fraction = text.substr(std::min(point + 1, text.size()));
+  const bool hasDigits = !decimal.whole.empty() || !decimal.fraction.empty();
   while (!decimal.whole.empty() && decimal.whole.front() == '0') {
     decimal.whole.remove_prefix(1);
   }
-  return text.size() > (point < text.size() ? 1U : 0U) && allDigits(decimal.whole) &&
-         allDigits(decimal.fraction);
+  return hasDigits;
 }
 
 /// Which way printf rounds a fraction cut after `precision` digits. A decimal of at most
@@ -169,7 +171,7 @@ void CellFormat::readFlags(const std::string& conversion) {
   plain_ = !zeroFlag && at + 1 == conversion.size();
 }
 
-void CellFormat::append(std::string& out, std::string_view cell) const {
+void CellFormat::append(TextBuffer& out, std::string_view cell) const {
   switch (kind_) {
   case Kind::text:
     appendText(out, cell);
@@ -185,9 +187,10 @@ void CellFormat::append(std::string& out, std::string_view cell) const {
   }
 }
 
-void CellFormat::appendText(std::string& out, std::string_view cell) const {
+void CellFormat::appendText(TextBuffer& out, std::string_view cell) const {
   // As in printf, a text ends at its first NUL byte.
-  const std::string_view text = cell.substr(0, cell.find('\0'));
+  const auto* const end = std::find(cell.begin(), cell.end(), '\0');
+  const std::string_view text = cell.substr(0, static_cast<std::size_t>(end - cell.begin()));
   if (plain_) {
     appendPadded(out, precision_ < 0 ? text : text.substr(0, static_cast<std::size_t>(precision_)));
   } else {
@@ -195,7 +198,7 @@ void CellFormat::appendText(std::string& out, std::string_view cell) const {
   }
 }
 
-void CellFormat::appendInteger(std::string& out, std::string_view cell) const {
+void CellFormat::appendInteger(TextBuffer& out, std::string_view cell) const {
   const int value = parseInt(cell);
   if (plain_ && precision_ < 0) {
     char digits[16];
@@ -206,7 +209,7 @@ void CellFormat::appendInteger(std::string& out, std::string_view cell) const {
   }
 }
 
-void CellFormat::appendFixed(std::string& out, std::string_view cell) const {
+void CellFormat::appendFixed(TextBuffer& out, std::string_view cell) const {
   Decimal decimal;
   if (plain_ && precision_ >= 0 && readDecimal(cell, decimal)) {
     char text[maxExactDigits + 4];
@@ -220,18 +223,23 @@ void CellFormat::appendFixed(std::string& out, std::string_view cell) const {
 }
 
 template <class Value>
-void CellFormat::appendPrinted(std::string& out, Value value) const {
-  out += before_;
+void CellFormat::appendPrinted(TextBuffer& out, Value value) const {
+  out.append(before_);
   appendPrintf(out, printf_.c_str(), value);
-  out += after_;
+  out.append(after_);
 }
 
-void CellFormat::appendPadded(std::string& out, std::string_view text) const {
-  const std::size_t start = out.size() + before_.size();
+void CellFormat::appendPadded(TextBuffer& out, std::string_view text) const {
   const std::size_t size = std::max(static_cast<std::size_t>(width_), text.size());
-  // One change of the size for the whole piece: it is the costly step.
-  out.resize(start + size + after_.size(), ' ');
-  before_.copy(&out[start - before_.size()], before_.size());
-  text.copy(&out[left_ ? start : start + size - text.size()], text.size());
-  after_.copy(&out[start + size], after_.size());
+  const std::size_t whole = before_.size() + size + after_.size();
+  char* const piece = out.extend(whole);
+  // A known number of blanks takes no call; what lies behind the piece is written over later.
+  std::memset(piece, ' ', TextBuffer::spare);
+  if (whole > TextBuffer::spare) {
+    std::memset(piece + TextBuffer::spare, ' ', whole - TextBuffer::spare);
+  }
+  char* const field = piece + before_.size();
+  before_.copy(piece, before_.size());
+  text.copy(left_ ? field : field + size - text.size(), text.size());
+  after_.copy(field + size, after_.size());
 }

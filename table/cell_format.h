@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "table/text_buffer.h"
+
 /// One column's conversion, made ready to print many cells.
 ///
 /// Prints what the C library's printf would print for the piece, blanks around the conversion
@@ -14,18 +16,18 @@ class CellFormat {
   explicit CellFormat(const std::string& piece);
 
   /// Appends one cell to `out`. Text that is no number prints as 0 in a number column.
-  void append(std::string& out, std::string_view cell) const;
+  void append(TextBuffer& out, std::string_view cell) const;
 
  private:
   enum class Kind { none, text, integer, fixed };
 
   void readFlags(const std::string& conversion);
-  void appendText(std::string& out, std::string_view cell) const;
-  void appendInteger(std::string& out, std::string_view cell) const;
-  void appendFixed(std::string& out, std::string_view cell) const;
+  void appendText(TextBuffer& out, std::string_view cell) const;
+  void appendInteger(TextBuffer& out, std::string_view cell) const;
+  void appendFixed(TextBuffer& out, std::string_view cell) const;
   template <class Value>
-  void appendPrinted(std::string& out, Value value) const;
-  void appendPadded(std::string& out, std::string_view text) const;
+  void appendPrinted(TextBuffer& out, Value value) const;
+  void appendPadded(TextBuffer& out, std::string_view text) const;
 
   Kind kind_ = Kind::none;
   std::string before_;

@@ -10,7 +10,6 @@
 namespace {
 
 constexpr std::size_t firstBufferSize = std::size_t{16} * 1024;
-constexpr std::size_t flushSize = std::size_t{64} * 1024;
 
 /// Room for a regular file and one byte more, so that its end is seen without growing.
 std::size_t expectedSize(int descriptor) {
@@ -72,12 +71,6 @@ OutputFile::~OutputFile() {
   close();
 }
 
-void OutputFile::flushIfLarge() {
-  if (buffer_.size() >= flushSize) {
-    flush();
-  }
-}
-
 bool OutputFile::close() {
   if (descriptor_ >= 0) {
     flush();
@@ -88,7 +81,7 @@ bool OutputFile::close() {
 }
 
 void OutputFile::flush() {
-  const char* next = buffer_.data();
+  const char* next = buffer_.view().data();
   std::size_t left = buffer_.size();
   while (good_ && left > 0) {
     const ssize_t put = write(descriptor_, next, left);
@@ -99,5 +92,5 @@ void OutputFile::flush() {
       good_ = false;
     }
   }
-  buffer_.clear();
+  buffer_.cut(0);
 }

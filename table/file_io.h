@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "table/text_buffer.h"
+
 /// A whole file in memory.
 struct FileText {
   std::unique_ptr<char[]> bytes;
@@ -36,16 +38,22 @@ class OutputFile {
   bool good() const { return good_; }
 
   /// The gathered text, to append to; call `flushIfLarge` between appends.
-  std::string& buffer() { return buffer_; }
-  void flushIfLarge();
+  TextBuffer& buffer() { return buffer_; }
+  void flushIfLarge() {
+    if (buffer_.size() >= flushSize) {
+      flush();
+    }
+  }
 
   /// Writes what is left and closes. \return true when every byte reached the system
   bool close();
 
  private:
+  static constexpr std::size_t flushSize = std::size_t{64} * 1024;
+
   void flush();
 
   int descriptor_;
   bool good_;
-  std::string buffer_;
+  TextBuffer buffer_;
 };

@@ -9,6 +9,7 @@
 #include "table/row_store.h"
 
 class OutputFile;
+class TextBuffer;
 
 /// One table file in memory: remarks, header items, named columns with a printf-style conversion
 /// each, and numbered rows whose cells are text.
@@ -203,8 +204,8 @@ class GDB {
   void readSequence();
 
   // Writer steps.
-  void writeHeader(std::string& out) const;
-  void writeSequenceItem(std::string& out, const std::string& item) const;
+  void writeHeader(TextBuffer& out) const;
+  void writeSequenceItem(TextBuffer& out, const std::string& item) const;
   void writeRows(OutputFile& file) const;
 
   void clearRows();

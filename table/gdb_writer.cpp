@@ -23,30 +23,30 @@ void GDB::saveGDB(const std::string& fileName) const {
   }
 }
 
-void GDB::writeHeader(std::string& out) const {
+void GDB::writeHeader(TextBuffer& out) const {
   for (const std::string& remark : remarks_) {
-    out += "REMARK " + remark + "\n";
+    out.append("REMARK ").append(remark).append("\n");
   }
-  out += "\n";
+  out.append("\n");
   for (const std::string& item : dataItems_) {
     if (item.substr(0, item.find(' ')) == "SEQUENCE") {
       writeSequenceItem(out, item);
     } else {
-      out += "DATA " + item + "\n";
+      out.append("DATA ").append(item).append("\n");
     }
   }
-  out += "\nVARS   ";
+  out.append("\nVARS   ");
   for (const std::string& name : columnNames_) {
-    out += name + " ";
+    out.append(name).append(" ");
   }
-  out += "\nFORMAT ";
+  out.append("\nFORMAT ");
   for (const std::string& format : columnFormats_) {
-    out += format;
+    out.append(format);
   }
-  out += "\n\n";
+  out.append("\n\n");
 }
 
-void GDB::writeSequenceItem(std::string& out, const std::string& item) const {
+void GDB::writeSequenceItem(TextBuffer& out, const std::string& item) const {
   // Without a blank the position wraps to 0: the item is its own value, as in `getData`.
   const std::string value = simplifyWhiteSpace(item.substr(item.find(' ') + 1));
   if (value.empty()) {
@@ -54,7 +54,10 @@ void GDB::writeSequenceItem(std::string& out, const std::string& item) const {
   }
   // Kept: a length that is a multiple of the line's ends with a line without letters.
   for (std::size_t line = 0; line <= value.size() / sequenceLineLength; ++line) {
-    out += "DATA SEQUENCE " + value.substr(line * sequenceLineLength, sequenceLineLength) + "\n";
+    const std::string_view letters(value);
+    out.append("DATA SEQUENCE ")
+        .append(letters.substr(line * sequenceLineLength, sequenceLineLength))
+        .append("\n");
   }
 }
 
@@ -63,13 +66,13 @@ void GDB::writeRows(OutputFile& file) const {
   for (std::size_t column = 0; column < columnNames_.size(); ++column) {
     formats.emplace_back(column < columnFormats_.size() ? columnFormats_[column] : "");
   }
-  std::string& out = file.buffer();
+  TextBuffer& out = file.buffer();
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     for (std::size_t column = 0; column < formats.size(); ++column) {
       formats[column].append(out, rows_.cellAt(row, columnSlots_[column]));
       // Within the row: wide columns make a row of any length.
       file.flushIfLarge();
     }
-    out += '\n';
+    out.append("\n");
   }
 }

@@ -45,9 +45,9 @@ std::string printed(const std::string& format, Value value) {
 #pragma GCC diagnostic pop
 
 std::string cellText(const std::string& piece, const std::string& cell) {
-  std::string text;
+  TextBuffer text;
   CellFormat(piece).append(text, cell);
-  return text;
+  return std::string(text.view());
 }
 
 std::string sixDigits(float value) {

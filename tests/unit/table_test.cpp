@@ -261,9 +261,9 @@ TEST(Table, DecimalsAreRoundedAsPrintfRoundsTheirDouble) {
       char printed[64];
       std::snprintf(printed, sizeof printed, "%*.*f", column.width, column.precision,
                     std::strtod(cell, nullptr));
-      std::string out;
+      TextBuffer out;
       CellFormat(column.format).append(out, cell);
-      EXPECT_EQ(out, printed) << column.format << " of " << cell;
+      EXPECT_EQ(out.view(), printed) << column.format << " of " << cell;
     }
   }
 }

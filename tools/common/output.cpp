@@ -24,7 +24,7 @@ bool isNoPlainFile(const std::string& path) {
 
 bool writeTo(const std::string& path, const std::string& text) {
   OutputFile file(path);
-  file.buffer() = text;
+  file.buffer().append(text);
   return file.close();
 }
 

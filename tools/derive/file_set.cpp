@@ -34,7 +34,7 @@ void writeFilesTogether(const std::string& folder,
     const std::string path = folder + "/" + name;
     files.push_back({path + ".part" + std::to_string(getpid()), path});
     OutputFile file(files.back().beside);
-    file.buffer() = text;
+    file.buffer().append(text);
     if (!file.close()) {
       giveUp(files, path);
     }

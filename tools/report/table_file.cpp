@@ -22,7 +22,7 @@ class TemporaryFile {
     }
     ::close(descriptor);
     OutputFile file(path_);
-    file.buffer() = text;
+    file.buffer().append(text);
     if (!file.close()) {
       unlink(path_.c_str());
       throw ToolError(ToolStatus::cannotWrite, path_ + ": cannot write");
