@@ -4,31 +4,12 @@
 #include <cstring>
 #include <functional>
 #include <memory>
-#include <new>
-#include <sys/mman.h>
 
 namespace {
 
 constexpr std::size_t firstBlockSize = std::size_t{4} * 1024;
 /// Cells that a row gets at once, if there are so many names.
 constexpr std::size_t fewestCells = 8;
-
-/// Memory for a block. The largest ones are asked for as large pages: filling a table of many rows
-/// else takes a quarter of its time for the system to hand over small pages one by one.
-void* newBlock(std::size_t size) {
-  const bool whole = size == Arena::largePage;
-  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): both kinds are freed alike, unlike those of new
-  void* const block = whole ? std::aligned_alloc(size, size) : std::malloc(size);
-  if (block == nullptr) {
-    throw std::bad_alloc();
-  }
-#ifdef MADV_HUGEPAGE
-  if (whole) {
-    madvise(block, size, MADV_HUGEPAGE); // a wish: where it is not granted, nothing changes
-  }
-#endif
-  return block;
-}
 
 } // namespace
 
@@ -37,9 +18,9 @@ void* Arena::allocate(std::size_t size) {
     const std::size_t next = std::min(std::max(capacity_ * 2, firstBlockSize), largestBlock_);
     capacity_ = std::max(next, size);
     used_ = 0;
-    blocks_.emplace_back(newBlock(capacity_));
+    blocks_.emplace_back(new char[capacity_]);
   }
-  char* const start = static_cast<char*>(blocks_.back().get()) + used_;
+  char* const start = blocks_.back().get() + used_;
   used_ += size;
   return start;
 }

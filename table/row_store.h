@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <deque>
 #include <memory>
 #include <optional>
@@ -50,9 +49,6 @@ class PackedCell {
 /// Memory that only grows and never moves, so that views into it stay valid.
 class Arena {
  public:
-  /// Blocks of this size are whole large pages of the processor.
-  static constexpr std::size_t largePage = std::size_t{2048} * 1024;
-
   /// \param largestBlock  size up to which blocks double, bytes
   explicit Arena(std::size_t largestBlock) : largestBlock_(largestBlock) {}
 
@@ -65,14 +61,9 @@ class Arena {
   void clear();
 
  private:
-  struct Free {
-    // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): the owner of the blocks
-    void operator()(void* block) const { std::free(block); }
-  };
-
   void* allocate(std::size_t size);
 
-  std::vector<std::unique_ptr<void, Free>> blocks_;
+  std::vector<std::unique_ptr<char[]>> blocks_;
   std::size_t largestBlock_;
   std::size_t used_ = 0;
   std::size_t capacity_ = 0;
@@ -184,8 +175,9 @@ class RowStore {
   std::vector<std::string_view> nameViews_; ///< of `names_`, as are the keys
   std::unordered_map<std::string_view, Slot> slotsByName_;
   std::vector<Row> rows_;
-  Arena cells_{Arena::largePage};
-  Arena texts_{Arena::largePage / 8}; // rows have far more cells than new texts
+  static constexpr std::size_t largestBlock = std::size_t{2048} * 1024;
+  Arena cells_{largestBlock};
+  Arena texts_{largestBlock / 8}; // rows have far more cells than new texts
   std::vector<std::unique_ptr<char[]>> adopted_;
   std::deque<Cell> longCells_;
   mutable std::vector<Index> indexes_;
