@@ -73,8 +73,6 @@ pair() {
 
 printf '%-46s %10s %10s %3s %8s %6s\n' "median of $runs" first second "" ratio aim
 pair "96 residues with -ref : its files only" 1.5 "$runs" "${small[@]}" -- "${files_only[@]}"
-pair "  the same, that program linked statically" 1.5 "$runs" "${small[@]}" \
-  -- "${files_only_static[@]}"
 pair "30,000 residues : 3,000 residues" 11 "$runs" "${large[@]}" -- "${medium[@]}"
 pair "300,000 rows, load and save : mawk" 1 "$runs" "${round_trip[@]}" -- "${reprint[@]}"
 pair "100,000 atoms, every omega : gemmi reading" 1 "$runs" "${omegas[@]}" -- "${atoms[@]}"
@@ -82,6 +80,13 @@ pair "30,000 residues, peak memory : input" 15 "$(stat -c %s "$data/residues-300
   "${large[@]}"
 pair "2,000 proteins, two at a time : cat" 10 "$runs" \
   xargs -a "$out/runs.txt" -P 2 -L 1 "$citrans" -- xargs -a "$out/cats.txt" -P 2 -L 1 cat
+
+printf '\n%-46s %10s %10s %3s %8s\n' "where a run of 96 residues goes" first second "" ratio
+pair "usage text only : the whole run" 0 "$((runs * 7))" "$citrans" -help -- "${small[@]}"
+pair "its files only, linked statically : whole run" 0 "$((runs * 7))" \
+  "${files_only_static[@]}" -- "${small[@]}"
+pair "linked dynamically : as it is, statically" 0 "$((runs * 7))" \
+  "$programs/bench_citrans_shared" "${small[@]:1}" -- "${small[@]}"
 if [[ $ratios_only == yes ]]; then
   exit 0
 fi
@@ -98,8 +103,6 @@ row() {
 }
 row "96 residues with -ref : its files only" \
   "$(instructions "${small[@]}")" "$(instructions "${files_only[@]}")"
-row "  the same, that program linked statically" \
-  "$(instructions "${small[@]}")" "$(instructions "${files_only_static[@]}")"
 row "30,000 residues : 3,000 residues" \
   "$(instructions "${large[@]}")" "$(instructions "${medium[@]}")"
 row "300,000 rows, load and save : mawk" \

@@ -3,7 +3,7 @@
 ///   bench_pair NAME AIM RUNS COMMAND... -- COMMAND...
 ///   bench_pair NAME AIM BYTES COMMAND...
 ///
-/// The first form prints the median wall-clock times in milliseconds and their ratio; the second,
+/// An aim of 0 is none. The first form prints the median wall-clock times in milliseconds and their ratio; the second,
 /// for one command, the peak memory, the size of its input and their ratio. Standard output of the
 /// commands goes to /dev/null; a command that fails ends the measurement.
 
@@ -47,8 +47,11 @@ double median(std::vector<double> values) {
 
 void printRow(const char* name, double first, double second, const char* unit, double aim) {
   const double ratio = first / second;
-  std::printf("%-46s %10.2f %10.2f %-3s %8.3f %6g   %s\n", name, first, second, unit, ratio, aim,
-              ratio <= aim ? "met" : "MISSED");
+  std::printf("%-46s %10.2f %10.2f %-3s %8.3f", name, first, second, unit, ratio);
+  if (aim > 0) {
+    std::printf(" %6g   %s", aim, ratio <= aim ? "met" : "MISSED");
+  }
+  std::puts("");
 }
 
 } // namespace

@@ -110,6 +110,7 @@ class Import(unittest.TestCase):
             ("solvent", star3(labelling="[U-15N]"), None),
             ("tentative", nef(), "1 shifts of no certain residue"),
             ("missing", star3(), "no shifts at all of N, C"),
+            ("blocks", "data_0 _a b\n" + star3() + star3(head="data_2\n"), "1 more data blocks hold"),
             ("copies", star3(SHIFTS + [(5, "PRO", "CB", "", 34.2), (5, "PRO", "CG", "", 24.6)],
                              names=NAMES + ["PRO"]), "2 prolines with the same CB 34.2"),
         ]:
@@ -128,6 +129,10 @@ class Import(unittest.TestCase):
         self.assertIn("SPGc", self.run_import(file, "--oxidised-by-cb").stdout)
         said = star3().replace(" _Entity.Label", " _Entity.Thiol_state 'all disulfide bound'\n _E.x")
         self.assertIn("SPGc", self.run_import(self.write("in", said)).stdout)
+        assembly = "save_a\n _Assembly.Thiol_state 'all disulfide bound'\nsave_\n"
+        free = star3().replace(" _Entity.Label", " _Entity.Thiol_state 'all free'\n _E.x")
+        for text, expected in ((star3(), "SPGc"), (said, "SPGc"), (free, "SPGC")):
+            self.assertIn(expected, self.run_import(self.write("in", text + assembly)).stdout)
 
     def test_listed_disulfide_bonds_oxidise_their_cysteines_only(self):
         names = ["CYS", "PRO", "GLY", "CYS", "CYS"]
@@ -212,6 +217,9 @@ class Import(unittest.TestCase):
             ([self.write("wrong", wrong)], 65, "wrong:23: shifts and sequence do not fit"),
             ([self.write("long", "data_1 _a " + "x" * 5_000_000)], 65, "no assigned"),
             ([good, "-o", self.path("no/where")], 73, "cannot write"),
+            ([good, "-o", self.path("no/where"), "--map", self.path("map")], 73, "cannot write"),
+            ([good, "-o", self.path("new"), "--map", self.path("no/map")], 73, "cannot write"),
+            ([good, "-o", self.path("new"), "--map", "/dev/full"], 73, "cannot write"),
             ([good, "--bogus"], 1, "bogus"),
             ([good, "--map", "-"], 1, "cannot both"),
             ([good, "--structure", good], 65, "no table"),
@@ -223,6 +231,7 @@ class Import(unittest.TestCase):
                 self.assertEqual(done.stderr.count("\n"), 1, done.stderr[:300])
                 self.assertIn(said, done.stderr)
                 self.assertEqual(done.stdout, "")
+        self.assertEqual({"map", "new"} & set(os.listdir(self.scratch.name)), set())
 
     def test_structure_is_renumbered_and_its_prolines_counted(self):
         """Two models of S-P-G with omega 0 and 180 degrees, as residues 101 to 103 of chain B."""

@@ -1,11 +1,12 @@
 #include "tools/derive/command.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
+#include "tools/common/output.h"
 #include "tools/common/tool.h"
 #include "tools/derive/accuracy.h"
-#include "tools/derive/file_set.h"
 #include "tools/derive/pipeline.h"
 
 namespace derive {
@@ -27,7 +28,13 @@ void report(const std::string& line) {
 constexpr char dataName[] = "DATA";
 
 void writeAll(const std::string& folder, const std::map<std::string, std::string>& files) {
-  writeFilesTogether(folder, files);
+  std::error_code ignored;
+  std::filesystem::create_directories(folder, ignored);
+  std::vector<Output> outputs;
+  for (const auto& [name, text] : files) {
+    outputs.push_back({folder + "/" + name, text});
+  }
+  writeWholeFiles(outputs);
   report(std::to_string(files.size()) + " files written to " + folder);
 }
 

@@ -33,6 +33,16 @@ bool anyTagBegins(const std::vector<StarFrame>& frames, const std::string& start
   });
 }
 
+Deposition readBlock(const StarBlock& frames) {
+  if (anyTagBegins(frames, "_nef_")) {
+    return readNef(frames);
+  }
+  if (anyTagBegins(frames, "_atom_chem_shift.")) {
+    return readNmrStar3(frames);
+  }
+  return readNmrStar21(frames);
+}
+
 } // namespace
 
 char oneLetterCode(const std::string& threeLetterName) {
@@ -90,14 +100,14 @@ std::vector<Residue> residuesFromShifts(const ShiftList& list) {
 }
 
 Deposition readDeposition(std::string_view text, const std::string& file) {
-  const std::vector<StarFrame> frames = readStar(text, file);
   Deposition deposition;
-  if (anyTagBegins(frames, "_nef_")) {
-    deposition = readNef(frames);
-  } else if (anyTagBegins(frames, "_atom_chem_shift.")) {
-    deposition = readNmrStar3(frames);
-  } else {
-    deposition = readNmrStar21(frames);
+  for (const StarBlock& block : readStar(text, file)) {
+    Deposition found = readBlock(block);
+    if (deposition.lists.empty()) {
+      deposition = std::move(found);
+    } else if (!found.lists.empty()) {
+      ++deposition.otherBlocks;
+    }
   }
   if (deposition.lists.empty()) {
     throw ToolError(ToolStatus::badData, file + ": no assigned chemical shifts found");

@@ -19,6 +19,7 @@ struct Polymer {
   std::string name; ///< for people
   std::vector<Residue> residues;
   bool allDisulfide = false;    ///< the deposition says that all its cysteines are oxidised
+  bool saysThiols = false;      ///< it says anything of the state of this one's cysteines
   std::set<std::string> bonded; ///< indices of the residues in listed disulfide bonds
 
   /// Whether most residues are amino acids.
@@ -52,9 +53,11 @@ struct Deposition {
   std::vector<Polymer> polymers;
   std::vector<ShiftList> lists;
   bool deuterated = false; ///< a sample is said to hold deuterated protein
+  std::size_t otherBlocks = 0; ///< data blocks of the file that hold shifts too
 };
 
-/// Recognises the kind of a file from its tags and gathers its molecules and shifts.
+/// Recognises the kind of a file from its tags and gathers the molecules and shifts of its first
+/// data block that holds shifts.
 ///
 /// Throws ToolError(badData) when the text is no STAR file or holds no shifts.
 Deposition readDeposition(std::string_view text, const std::string& file);

@@ -76,10 +76,11 @@ void importShifts(const Options& options) {
   }
   const ChosenShifts chosen = chooseShifts(deposition, options.choice, options.input);
   const std::string name = std::filesystem::path(options.input).filename().string();
+  std::vector<Output> outputs = {{options.output, tableText(deposition, chosen, name)}};
   if (!options.map.empty()) {
-    writeWholeFile(options.map, mapText(chosen));
+    outputs.push_back({options.map, mapText(chosen)});
   }
-  writeWholeFile(options.output, tableText(deposition, chosen, name));
+  writeWholeFiles(outputs);
   if (!options.quiet) {
     say("", chosen.notes);
   }

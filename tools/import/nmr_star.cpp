@@ -140,7 +140,10 @@ void addEntityTags3(const StarFrame& frame, Deposition& deposition) {
   }
   Polymer& polymer = polymerOf(deposition, id);
   polymer.name = frame.tag({"_entity.name", "_entity.sf_framecode"});
-  polymer.allDisulfide = saysAllOxidised(frame.tag({"_entity.thiol_state"}));
+  const std::string thiols = frame.tag({"_entity.thiol_state"});
+  polymer.allDisulfide = saysAllOxidised(thiols);
+  polymer.saysThiols =
+      !thiols.empty() && capitals(thiols).find("NOT REPORTED") == std::string::npos;
   if (polymer.residues.empty()) {
     polymer.residues = residuesFromLetters(letters);
   }
@@ -218,6 +221,7 @@ void addShifts21(const StarFrame& frame, const StarLoop& loop,
 Deposition readNmrStar3(const std::vector<StarFrame>& frames) {
   Deposition deposition;
   deposition.kind = "NMR-STAR 3";
+  bool assemblyOxidised = false;
   for (const StarFrame& frame : frames) {
     const std::string id = frame.tag({"_entry.id"});
     deposition.id = id.empty() ? deposition.id : id;
@@ -233,6 +237,10 @@ Deposition readNmrStar3(const std::vector<StarFrame>& frames) {
                     deposition);
     }
     addEntityTags3(frame, deposition);
+    assemblyOxidised = assemblyOxidised || saysAllOxidised(frame.tag({"_assembly.thiol_state"}));
+  }
+  for (Polymer& polymer : deposition.polymers) {
+    polymer.allDisulfide = polymer.allDisulfide || (assemblyOxidised && !polymer.saysThiols);
   }
   return deposition;
 }

@@ -341,6 +341,7 @@ ChosenShifts chooseShifts(const Deposition& given, const Choice& choice, const s
   if (deposition.deuterated) {
     chosen.warnings.emplace_back("a sample is deuterated: consider citrans -iso");
   }
+  warn(chosen, deposition.otherBlocks, "more data blocks hold shifts: only the first is read");
   return chosen;
 }
 

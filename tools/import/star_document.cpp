@@ -76,7 +76,7 @@ std::string StarFrame::tag(std::initializer_list<const char*> names) const {
   return "";
 }
 
-std::vector<StarFrame> readStar(std::string_view text, const std::string& file) {
+std::vector<StarBlock> readStar(std::string_view text, const std::string& file) {
   const std::string readable = readableStar(text);
   cif::Document document;
   try {
@@ -85,9 +85,9 @@ std::vector<StarFrame> readStar(std::string_view text, const std::string& file) 
   } catch (const std::exception& error) {
     throw ToolError(ToolStatus::badData, error.what());
   }
-  std::vector<StarFrame> frames;
-  if (!document.blocks.empty()) {
-    convertItems(document.blocks.front().items, "", frames);
+  std::vector<StarBlock> blocks;
+  for (const cif::Block& block : document.blocks) {
+    convertItems(block.items, "", blocks.emplace_back());
   }
-  return frames;
+  return blocks;
 }

@@ -29,8 +29,11 @@ struct StarFrame {
   std::string tag(std::initializer_list<const char*> names) const;
 };
 
-/// The first data block of a STAR text as save frames; what stands outside of them comes first.
+/// A data block as save frames; what stands outside of them comes first.
+using StarBlock = std::vector<StarFrame>;
+
+/// The data blocks of a STAR text; save frames before any are one.
 ///
 /// \param file  the name for messages
 /// Throws ToolError(badData), with the line, for a text that is no STAR file.
-std::vector<StarFrame> readStar(std::string_view text, const std::string& file);
+std::vector<StarBlock> readStar(std::string_view text, const std::string& file);
