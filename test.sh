@@ -78,7 +78,7 @@ check_format() {
 
 check_scripts() {
   local script status=0
-  for script in demo.sh test.sh .ci/run fuzz/run.sh scripts/*.sh packaging/*.sh; do
+  for script in demo.sh test.sh bench.sh .ci/run bench/*.sh fuzz/run.sh scripts/*.sh packaging/*.sh; do
     bash -n "$script" || status=1
   done
   return $status

@@ -58,5 +58,15 @@ named_tables() {
 }
 check "CITRANS_DIR keeps its meaning" named_tables
 
+# The pages name pictures by where these stand from the pages in the source tree.
+pictures_are_installed() {
+  local pages=$root/usr/share/doc/citrans picture status=0
+  for picture in $(sed -n 's/.*](\([^)]*\.svg\)).*/\1/p' "$pages"/*.md | sort -u); do
+    test -e "$pages/${picture#docs/}" || { echo "no $picture" >&2; status=1; }
+  done
+  return $status
+}
+check "pictures of the pages" pictures_are_installed
+
 echo "$passed passed, $failed failed"
 test "$failed" -eq 0
