@@ -116,7 +116,8 @@ bool plainMessages(std::string_view messages) {
     const unsigned char next =
         at + 1 < messages.size() ? static_cast<unsigned char>(messages[at + 1]) : 0;
     const bool c1 = c == 0xC2 && next >= 0x80 && next < 0xA0;
-    if ((c < 0x20 && !ours) || c == 0x7F || c1) {
+    const bool quotedReturn = c == '\r' && next == '\'';
+    if ((c < 0x20 && !ours && !quotedReturn) || c == 0x7F || c1) {
       return false;
     }
   }

@@ -24,6 +24,14 @@ void report(const std::string& message) {
   std::fputs((messageText(message) + "\n").c_str(), stderr);
 }
 
+/// Shows the piece with its blanks. The carriage return that a line of a file from another system
+/// ends with is one of them: only the closing quote follows it, so it cannot hide anything.
+void reportBadFormat(const std::string& piece) {
+  const bool returns = !piece.empty() && piece.back() == '\r';
+  const std::string shown = messageText(returns ? piece.substr(0, piece.size() - 1) : piece);
+  std::fputs(("\tBad format syntax '" + shown + (returns ? "\r'\n" : "'\n")).c_str(), stderr);
+}
+
 bool isConversionLetter(char c) {
   return c == 's' || c == 'd' || c == 'f';
 }
@@ -49,11 +57,12 @@ void GDB::presetClass(const std::string& name) {
 
 bool GDB::acceptsColumn(const std::string& name, const std::string& format) const {
   if (!checkFormat(format)) {
-    report("\tBad format syntax '" + format + "'");
+    reportBadFormat(format);
     return false;
   }
   if (name.find(' ') != std::string::npos) {
-    report("\tInvalid varible name '" + name + "' (with space)");
+    std::fputs(("\tInvalid varible name '" + messageText(name) + "' (with space)\n").c_str(),
+               stderr);
     return false;
   }
   return true;
@@ -144,7 +153,7 @@ void GDB::FORMAT_str_parser(const std::string& text) {
   for (std::size_t column = 0; column < columnNames_.size(); ++column) {
     const std::string piece = "%" + (column + 1 < pieces.size() ? pieces[column + 1] : "");
     if (!checkFormat(piece)) {
-      report("\tBad format syntax '" + piece + "'");
+      reportBadFormat(piece);
       endRun(0);
     }
     columnFormats_.push_back(piece);

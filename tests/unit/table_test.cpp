@@ -143,6 +143,8 @@ TEST(Table, RefusedFilesEndTheRun) {
   const Outcome bad = outcomeOf([&] { loadText(table, "VARS A B\nFORMAT %4d %4ld \n"); });
   EXPECT_EQ(bad.status, 0);
   EXPECT_EQ(bad.err, "\tBad format syntax '%4ld '\n");
+  const Outcome dos = outcomeOf([&] { loadText(table, "VARS A\r\nFORMAT %8\r.3\r\n"); });
+  EXPECT_EQ(dos.err, "\tBad format syntax '%8\\x0d.3\r'\n");
   const Outcome twice = outcomeOf([&] { loadText(table, "VARS A B\nFORMAT %%s\n"); });
   EXPECT_EQ(twice.err, "\tBad format syntax '%'\n");
   const Outcome missing = outcomeOf([&] { table.loadGDB("no/such.tab"); });
