@@ -52,20 +52,21 @@ RowStore::Slot RowStore::slot(std::string_view name) {
   }
   const Slot added = static_cast<Slot>(names_.size());
   names_.emplace_back(name);
-  nameViews_.push_back(names_.back());
+  if (firstNames_.size() < fewestCells) {
+    firstNames_.push_back(names_.back());
+  }
   slotsByName_.emplace(names_.back(), added);
   return added;
 }
 
 std::optional<RowStore::Slot> RowStore::findSlot(std::string_view name) const {
   // Most tables have few names, and comparing a few is quicker than hashing.
-  const std::size_t few = std::min(names_.size(), fewestCells);
-  for (Slot slot = 0; slot < few; ++slot) {
-    if (nameViews_[slot] == name) {
+  for (Slot slot = 0; slot < firstNames_.size(); ++slot) {
+    if (firstNames_[slot] == name) {
       return slot;
     }
   }
-  if (few == names_.size()) {
+  if (firstNames_.size() == names_.size()) {
     return std::nullopt;
   }
   const auto found = slotsByName_.find(name);
@@ -242,6 +243,6 @@ void RowStore::clear() {
 void RowStore::reset() {
   clear();
   names_.clear();
-  nameViews_.clear();
+  firstNames_.clear();
   slotsByName_.clear();
 }

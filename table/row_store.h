@@ -172,8 +172,8 @@ class RowStore {
   void forgetIndexesOf(Slot slot);
 
   std::deque<std::string> names_;
-  std::vector<std::string_view> nameViews_; ///< of `names_`, as are the keys
-  std::unordered_map<std::string_view, Slot> slotsByName_;
+  std::vector<std::string_view> firstNames_;               ///< views of the first of `names_`
+  std::unordered_map<std::string_view, Slot> slotsByName_; ///< keys are views of `names_`
   std::vector<Row> rows_;
   static constexpr std::size_t largestBlock = std::size_t{2048} * 1024;
   Arena cells_{largestBlock};
