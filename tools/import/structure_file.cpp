@@ -1,5 +1,6 @@
 #include "tools/import/structure_file.h"
 
+#include <set>
 #include <unistd.h>
 
 #define GEMMI_READ_COOR_IMPLEMENTATION
@@ -28,13 +29,10 @@ ModelResidue convertResidue(const gemmi::Residue& residue) {
   ModelResidue converted;
   converted.number = residue.seqid.str();
   converted.name = selenium ? "MET" : residue.name;
+  std::set<std::string> known; // of alternate locations the first stays
   for (const gemmi::Atom& atom : residue.atoms) {
     const ModelAtom added = convertAtom(atom, selenium);
-    bool known = false;
-    for (const ModelAtom& earlier : converted.atoms) {
-      known = known || earlier.name == added.name; // the first alternate location stays
-    }
-    if (!known) {
+    if (known.insert(added.name).second) {
       converted.atoms.push_back(added);
     }
   }
@@ -55,8 +53,10 @@ std::vector<StructureModel> readStructure(const std::string& path) {
   try {
     structure = gemmi::read_structure_gz(path);
   } catch (const std::exception& error) {
-    const std::string what = error.what(); // of several lines for a cut gzip file
-    throw ToolError(ToolStatus::badData, path + ": " + what.substr(0, what.find('\n')));
+    std::string what = error.what(); // of several lines for a cut gzip file
+    what = what.substr(0, what.find('\n'));
+    const bool named = what.compare(0, path.size() + 1, path + ":") == 0;
+    throw ToolError(ToolStatus::badData, named ? what : path + ": " + what);
   }
   structure.merge_chain_parts();
   std::vector<StructureModel> models;
