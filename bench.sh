@@ -75,6 +75,8 @@ printf '%-46s %10s %10s %3s %8s %6s\n' "median of $runs" first second "" ratio a
 pair "96 residues with -ref : its files only" 1.5 "$runs" "${small[@]}" -- "${files_only[@]}"
 pair "30,000 residues : 3,000 residues" 11 "$runs" "${large[@]}" -- "${medium[@]}"
 pair "300,000 rows, load and save : mawk" 1 "$runs" "${round_trip[@]}" -- "${reprint[@]}"
+pair "  the same to /dev/null" 0 "$runs" "$programs/bench_round_trip" "$data/rows-300000.tab" \
+  /dev/null -- mawk '{ $1 = $1; print }' "$data/rows-300000.tab"
 pair "100,000 atoms, every omega : gemmi reading" 1 "$runs" "${omegas[@]}" -- "${atoms[@]}"
 pair "30,000 residues, peak memory : input" 15 "$(stat -c %s "$data/residues-30000.tab")" \
   "${large[@]}"
@@ -110,6 +112,16 @@ row "300,000 rows, load and save : mawk" \
   "$(instructions mawk '{ $1 = $1; print }' "$data/rows-300000.tab")"
 row "100,000 atoms, every omega : gemmi reading" \
   "$(instructions "${omegas[@]}")" "$(instructions "${atoms[@]}")"
+
+# Shares of the steps of a run on one protein, with what they call.
+printf '\n%-46s %10s\n' "instructions of 96 residues with -ref" percent
+instructions "${small[@]}" >"$out/instructions.txt"
+callgrind_annotate --inclusive=yes "$out/callgrind.out" 2>/dev/null >"$out/steps.txt"
+for step in CITRANS::init CITRANS::fillShiftTable CITRANS::checkCS CITRANS::saveShiftTable \
+  PDB::loadPDB CITRANS::predictProline; do
+  percent="$(grep -m 1 -F ":$step(" "$out/steps.txt" | sed 's/.*(\s*\([0-9.]*\)%).*/\1/')"
+  printf '%-46s %10s\n' "$step" "$percent"
+done
 
 echo
 "$programs/bench_inner" "$data" examples --benchmark_min_time=0.2 2>/dev/null

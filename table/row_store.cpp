@@ -76,15 +76,6 @@ std::optional<RowStore::Slot> RowStore::findSlot(std::string_view name) const {
   return found->second;
 }
 
-std::size_t RowStore::find(int number) const {
-  const auto at = std::lower_bound(rows_.begin(), rows_.end(), number,
-                                   [](const Row& row, int n) { return row.number < n; });
-  if (at == rows_.end() || at->number != number) {
-    return npos;
-  }
-  return static_cast<std::size_t>(at - rows_.begin());
-}
-
 std::size_t RowStore::findOrInsert(int number) {
   const Row empty{number, 0, 0, nullptr};
   if (rows_.empty() || rows_.back().number < number) {

@@ -108,8 +108,6 @@ class RowStore {
     return slot < row.width ? row.cells[slot].view() : Cell();
   }
 
-  /// Position of the row with that number, or npos.
-  std::size_t find(int number) const;
   /// Position of the row with that number, an empty row being inserted when there is none.
   std::size_t findOrInsert(int number);
 

@@ -111,6 +111,13 @@ TEST(Structure, VectorsMultiplyAsTheyShould) {
   pdb.Mat3VecMult(v, m); // as a row: (-3-3, -6+6, -3)
   EXPECT_EQ(std::vector<float>(v, v + 3), (std::vector<float>{-6, 0, -3}));
   EXPECT_EQ(pdb.sgn(0.0F), 1.0F);
+  pdb.Vec3Scale(v, 2);
+  pdb.Vec3Add(v, w);
+  EXPECT_EQ(std::vector<float>(v, v + 3), (std::vector<float>{-8, 5, 0}));
+  pdb.Vec3Copy(v, w);
+  EXPECT_EQ(std::vector<float>(v, v + 3), (std::vector<float>{4, 5, 6}));
+  pdb.Vec3Zero(v);
+  EXPECT_EQ(std::vector<float>(v, v + 3), (std::vector<float>{0, 0, 0}));
 }
 
 TEST(Structure, ReadsTheFirstChainOfTheFirstModel) {
