@@ -6,14 +6,17 @@
 
 float CITRANS::clipSShift(int residue, float secondaryShift, const std::string& atom) {
   const std::string& name = sequence[residue];
+  const bool present = static_cast<double>(secondaryShift) < shift::missingFrom;
+  if (!present) {
+    return secondaryShift; // most rows of a sparse table: nothing to look up
+  }
   const std::size_t row = limitsTable.findRow("RESNAME", name);
   const float lowest = parseFloat(limitsTable.cell(row, atom + "_MIN"));
   const float highest = parseFloat(limitsTable.cell(row, atom + "_MAX"));
-  const bool present = static_cast<double>(secondaryShift) < shift::missingFrom;
   float bounded = secondaryShift;
-  if (secondaryShift < lowest && present) {
+  if (secondaryShift < lowest) {
     bounded = lowest;
-  } else if (secondaryShift > highest && present) {
+  } else if (secondaryShift > highest) {
     bounded = highest;
   } else {
     return secondaryShift;
