@@ -84,10 +84,10 @@ pair "2,000 proteins, two at a time : cat" 10 "$runs" \
   xargs -a "$out/runs.txt" -P 2 -L 1 "$citrans" -- xargs -a "$out/cats.txt" -P 2 -L 1 cat
 
 printf '\n%-46s %10s %10s %3s %8s\n' "where a run of 96 residues goes" first second "" ratio
-pair "usage text only : the whole run" 0 "$((runs * 7))" "$citrans" -help -- "${small[@]}"
-pair "its files only, linked statically : whole run" 0 "$((runs * 7))" \
-  "${files_only_static[@]}" -- "${small[@]}"
-pair "linked dynamically : as it is, statically" 0 "$((runs * 7))" \
+pair "the whole run : the usage text" 0 "$((runs * 7))" "${small[@]}" -- "$citrans" -help
+pair "the whole run : its files only, static" 0 "$((runs * 7))" \
+  "${small[@]}" -- "${files_only_static[@]}"
+pair "linked dynamically : as it is, static" 0 "$((runs * 7))" \
   "$programs/bench_citrans_shared" "${small[@]:1}" -- "${small[@]}"
 if [[ $ratios_only == yes ]]; then
   exit 0
