@@ -3,9 +3,9 @@
 ///   bench_pair NAME AIM RUNS COMMAND... -- COMMAND...
 ///   bench_pair NAME AIM BYTES COMMAND...
 ///
-/// An aim of 0 is none. The first form prints the median wall-clock times in milliseconds and their ratio; the second,
-/// for one command, the peak memory, the size of its input and their ratio. Standard output of the
-/// commands goes to /dev/null; a command that fails ends the measurement.
+/// An aim of 0 is none. The first form prints the median wall-clock times in milliseconds and their
+/// ratio; the second, for one command, the peak memory, the size of its input and their ratio.
+/// Standard output of the commands goes to /dev/null; a command that fails ends the measurement.
 
 #include <algorithm>
 #include <chrono>

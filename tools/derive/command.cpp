@@ -31,6 +31,7 @@ void writeAll(const std::string& folder, const std::map<std::string, std::string
   std::error_code ignored;
   std::filesystem::create_directories(folder, ignored);
   std::vector<Output> outputs;
+  outputs.reserve(files.size());
   for (const auto& [name, text] : files) {
     outputs.push_back({folder + "/" + name, text});
   }

@@ -53,8 +53,8 @@ std::vector<StructureModel> readStructure(const std::string& path) {
   try {
     structure = gemmi::read_structure_gz(path);
   } catch (const std::exception& error) {
-    std::string what = error.what(); // of several lines for a cut gzip file
-    what = what.substr(0, what.find('\n'));
+    const std::string lines = error.what(); // several for a cut gzip file
+    const std::string what = lines.substr(0, lines.find('\n'));
     const bool named = what.compare(0, path.size() + 1, path + ":") == 0;
     throw ToolError(ToolStatus::badData, named ? what : path + ": " + what);
   }
