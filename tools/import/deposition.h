@@ -52,7 +52,7 @@ struct Deposition {
   std::string id;   ///< accession code, or empty
   std::vector<Polymer> polymers;
   std::vector<ShiftList> lists;
-  bool deuterated = false; ///< a sample is said to hold deuterated protein
+  bool deuterated = false;     ///< a sample is said to hold deuterated protein
   std::size_t otherBlocks = 0; ///< data blocks of the file that hold shifts too
 };
 
