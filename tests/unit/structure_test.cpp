@@ -145,6 +145,25 @@ TEST(Structure, ReadsTheFirstChainOfTheFirstModel) {
                std::out_of_range);
 }
 
+TEST(Structure, FieldsAreFixedColumns) {
+  PDB pdb;
+  const std::string line =
+      "ATOM   1234 1HG2AVAL B -12A      1.500  -2.250 100.125  0.50 23.75           H";
+  const char* const fields[] = {"",     "ATOM  ",   " 1234",    " 1HG2",    "VAL ",   "B",
+                                " -12", "   1.500", "  -2.250", " 100.125", "  0.50", " 23.75"};
+  for (int field = 1; field <= 11; ++field) {
+    EXPECT_EQ(pdb.getField(line, field), fields[field]) << field;
+  }
+  EXPECT_EQ(pdb.getField(line, 0) + pdb.getField(line, 12), "");
+  EXPECT_THROW(pdb.getField("ATOM", 2), std::out_of_range);
+  CORdata atom;
+  pdb.loadPDB_Entry(line, atom);
+  EXPECT_EQ(atom.atomName + " " + atom.resName + " " + atom.chainID, "HG21 VAL B");
+  EXPECT_EQ(std::vector<float>({atom.x, atom.coor[1], atom.z, atom.bFactor}),
+            (std::vector<float>{1.5F, -2.25F, 100.125F, 23.75F}));
+  EXPECT_EQ(atom.resNumber, -12);
+}
+
 TEST(Structure, NamesAreNormalised) {
   const char* const atoms[][2] = {{" H", "HN"},     {"1HG1", "HG11"}, {" 2HB", "HB2"},
                                   {"3HD2", "HD23"}, {"HG11", "HG11"}, {"HH21", "HH21"},

@@ -180,6 +180,8 @@ TEST(Table, LookUpsCountMatchesFromOne) {
   EXPECT_TRUE(table.getEntry("A", "x", 0).empty());
   EXPECT_TRUE(table.getEntry("A", "x", 3).empty());
   EXPECT_EQ(table.getEntry("A", "x", "B", "3", 1)["B"], "3");
+  EXPECT_EQ(table.getEntry("A", "x", "NONE", "", 2)["B"], "3");
+  EXPECT_TRUE(table.getEntry("A", "x", "B", "3", 2).empty());
   EXPECT_EQ(table.getEntry("NONE", "", 1)["B"], "1") << "a missing cell is empty text";
   EXPECT_TRUE(table.getEntry(5).empty());
   EXPECT_EQ(table.getEntryCount(), 4) << "kept: asking for a row makes it";
