@@ -1,8 +1,5 @@
-#include <cstdio>
-
 #include "app/citrans.h"
 #include "app/version.h"
-#include "table/run_end.h"
 
 #ifndef CITRANS_VERSION
 #define CITRANS_VERSION "unknown"
@@ -61,35 +58,35 @@ constexpr const char* usage[] = {
     " citrans -in plastocyanin.tab     Form predictions from the given shifts.",
 };
 
-void printLine(const char* line) {
-  // Standard error hands over each piece at once: one piece a line.
-  std::fputs((std::string(line) + "\n").c_str(), stderr);
+/// One piece a line, since standard error hands over each piece at once.
+void printLine(const TextSink& sink, const char* line) {
+  sink(std::string(line) + "\n");
 }
 
 } // namespace
 
 void CITRANS::printInfo() const {
-  printLine(frame);
-  printLine(" CITRANS: Proline Omega angle prediction from chemical shifts");
-  printLine(" The CITRANS Program predicts dipeptide conformation, i.e.,");
-  printLine(" cis or trans, of Prolines in proteins from backbone chemical");
-  printLine(" shifts and sequence");
-  printLine(" For more information, see:");
-  printLine(origin::webAddress);
-  printLine(" Reference:");
+  printLine(errors, frame);
+  printLine(errors, " CITRANS: Proline Omega angle prediction from chemical shifts");
+  printLine(errors, " The CITRANS Program predicts dipeptide conformation, i.e.,");
+  printLine(errors, " cis or trans, of Prolines in proteins from backbone chemical");
+  printLine(errors, " shifts and sequence");
+  printLine(errors, " For more information, see:");
+  printLine(errors, origin::webAddress);
+  printLine(errors, " Reference:");
   for (const char* line : origin::citation) {
-    printLine(line);
+    printLine(errors, line);
   }
-  printLine("");
-  printLine(origin::credit);
-  printLine("");
-  printLine(origin::version);
-  printLine(frame);
+  printLine(errors, "");
+  printLine(errors, origin::credit);
+  printLine(errors, "");
+  printLine(errors, origin::version);
+  printLine(errors, frame);
 }
 
 void CITRANS::printSyntax() const {
   for (const char* line : usage) {
-    printLine(line);
+    printLine(errors, line);
   }
-  endRun(0);
+  throw RunEnd(0);
 }

@@ -7,8 +7,12 @@
 #include <unordered_map>
 #include <vector>
 
+#include "predict/prediction.h"
+#include "shifts/shift_check.h"
 #include "structure/pdb.h"
 #include "table/gdb.h"
+#include "table/run_end.h"
+#include "table/text_sink.h"
 
 /// Chemical shifts in ppm that stand for "no value", and the limits by which readers know them.
 namespace shift {
@@ -20,20 +24,30 @@ constexpr float missing = 9999.0F;
 constexpr float largestPredicted = 99.0F;
 } // namespace shift
 
-/// Degrees of belief that one Xaa-Pro bond is cis.
-struct CisLikelihood {
-  float cis;        ///< P_CIS, 0 to 1 at even prior odds; not-a-number when both products are 0
-  float normalised; ///< P_CIS_NORM, 0 to 1 at the prior odds of 1 cis to 19 trans
-};
-
 /// One prediction run: its settings, the tables it reads, the per-residue data it derives and the
 /// prediction itself.
 ///
 /// Life of a run: construct, `setArgs`, `runPredict`. The members are defined in the folder that
 /// owns them: options and texts in app/, shift preparation in shifts/, prediction in predict/.
 /// Shifts are in ppm. Residue numbers are those of the input table; the preparation visits 1 to N,
-/// N being the number of letters of the sequence. Input errors print one line and end the run
-/// (`endRun`); nothing here throws but the table and structure readers.
+/// N being the number of letters of the sequence.
+///
+/// Everything that a run finds stays in the object. What it prints goes to `out` and `errors`, and
+/// files are written unless `writesFiles` is off, so that a caller can predict in its own process,
+/// silently and as often as it likes:
+///
+///     CITRANS database;
+///     database.keepSilent();
+///     database.setArgs({{"tabDir", "tab"}});
+///     database.loadDatabase();
+///     CITRANS run = database; // a copy shares the text of the tables
+///     run.inputTable.loadText(shifts);
+///     run.predictInput();
+///     for (const Prediction& proline : run.predictions) ...
+///
+/// What ends the program ends a run as a `RunEnd` with the same message and status: an input or a
+/// file that is refused, the usage text, a check alone. Tables and structures may throw
+/// std::out_of_range besides. One object is for one thread at a time.
 class CITRANS {
  public:
   using Options = std::map<std::string, std::string>;
@@ -48,30 +62,36 @@ class CITRANS {
   CITRANS();
   /// Only stores the name of the input table.
   explicit CITRANS(std::string inputName);
-  ~CITRANS();
 
   // --- app: options and texts ----------------------------------------------------------------
 
   /// Applies the options; an empty value counts as not given. "help" prints the usage text and
-  /// ends the run with status 0.
+  /// throws RunEnd with status 0.
   void setArgs(const Options& options);
   /// Whether the command line may hold this option.
   bool acceptsOption(const std::string& name) const;
-  /// Prints the banner on standard error.
+  /// Prints the banner to `errors`.
   void printInfo() const;
-  /// Prints the usage text on standard error and ends the run with status 0.
+  /// Prints the usage text to `errors` and throws RunEnd with status 0.
   [[noreturn]] void printSyntax() const;
+  /// From now on nothing is printed and no file written.
+  void keepSilent();
 
   // --- predict: the run ----------------------------------------------------------------------
 
   /// The whole run: loads the tables, prepares the shifts, predicts every proline of the range,
   /// writes the summary and prints the listing.
   void runPredict();
+  /// The same for an input table and a database that are loaded.
+  void predictInput();
 
   // --- shifts: reference tables ----------------------------------------------------------------
 
-  /// Loads the input table and the database. Ends the run on a file that cannot be opened.
+  /// Loads the input table and the database, in place of what an earlier run has left. Throws
+  /// RunEnd for a file that cannot be opened.
   void init();
+  /// Loads the database alone.
+  void loadDatabase();
   /// One-letter code of a three-letter name ("c" for "cys", "h" for "his"); "?" when unknown.
   std::string getOneAAName(const std::string& threeLetterName) const;
   /// Random-coil shift, ppm; `shift::missing` for a residue without a row, 0 for an empty cell.
@@ -85,8 +105,9 @@ class CITRANS {
   // --- shifts: secondary shifts and checks -------------------------------------------------
 
   /// Turns the input into secondary shifts, checks them, removes offsets when asked to and saves
-  /// the table whose name ends in "AdjCS.tab". Ends the run with status 255 on an input without
-  /// sequence, columns or rows, and after saving when only a check was asked for.
+  /// the table whose name ends in "AdjCS.tab". Throws RunEnd with status -1 (255 in the shell)
+  /// for an input without sequence, columns or rows, and after saving when only a check was asked
+  /// for.
   void getResInfo();
 
   /// The steps of `getResInfo` that make the secondary shifts, without messages or files: fills
@@ -100,8 +121,8 @@ class CITRANS {
   /// residue without limits is bounded to 0. Adds an empty sequence entry for an unknown residue.
   float clipSShift(int residue, float secondaryShift, const std::string& atom);
 
-  /// Prints outlying secondary shifts and estimates referencing offsets into `offsets`; changes no
-  /// shift.
+  /// Finds outlying secondary shifts and estimates referencing offsets: fills `shiftCheck` and
+  /// `offsets`, then prints them; changes no shift.
   void checkCS();
 
   /// Straight line y = intercept + slope * x by least squares, in single precision.
@@ -153,17 +174,20 @@ class CITRANS {
   std::string sumBase = "pred";     ///< summary output up to its last "."
   std::string randName, adjName, prevName, nextName, limitsName, isoName; ///< tables of shifts/
   std::string proCSName, proSeqName;                                      ///< tables of predict/
-  int firstResID = 1;                ///< first residue to use; limited to the table's by getResInfo
-  int lastResID = 9999;              ///< last residue to use; likewise
-  bool clipOn = true;                ///< bound extreme secondary shifts
-  bool reportClip = false;           ///< report each bounded shift; no option sets it
-  bool checkOnly = false;            ///< stop after the shift check
-  bool quiet = true;                 ///< no listing of predictions
-  bool noPath = true;                ///< progress messages without file names
-  bool isoOn = false;                ///< correct for deuteration
-  bool offsetOn = false;             ///< remove estimated referencing offsets
-  std::vector<std::string> argNames; ///< accepted option names
+  int firstResID = 1;                   ///< first residue asked for
+  int lastResID = 9999;                 ///< last residue asked for
+  bool clipOn = true;                   ///< bound extreme secondary shifts
+  bool reportClip = false;              ///< report each bounded shift; no option sets it
+  bool checkOnly = false;               ///< stop after the shift check
+  bool quiet = true;                    ///< no listing of predictions
+  bool noPath = true;                   ///< progress messages without file names
+  bool isoOn = false;                   ///< correct for deuteration
+  bool offsetOn = false;                ///< remove estimated referencing offsets
+  std::vector<std::string> argNames;    ///< accepted option names
   std::map<int, std::string> atomNames; ///< 1 "N", 2 "HA", 3 "C", 4 "CA", 5 "CB", 6 "HN"
+  TextSink out = toStandardOutput;      ///< takes progress, findings and the listing
+  TextSink errors = toStandardError;    ///< takes banner, usage text and warnings
+  bool writesFiles = true;              ///< whether the two tables are saved
 
   // --- tables ----------------------------------------------------------------------------------
 
@@ -176,16 +200,23 @@ class CITRANS {
   /// Neighbour statistics by residue name and place, 1 before and 3 after the proline.
   std::map<std::string, std::map<int, float>, std::less<>> proCisSeq, proTransSeq;
 
-  // --- per-residue data, left by getResInfo ------------------------------------------------
+  // --- what a run leaves ---------------------------------------------------------------------
 
   std::map<int, std::string> sequence; ///< one-letter names, from the header and the rows
   int residueCount = 0;                ///< N, the number of letters of the sequence header
-  GDB shiftTable;                      ///< secondary shifts, six rows a residue
-  std::map<int, int> missCount;        ///< atoms without an input row, 0 to 6
+  int firstInRange = 1;   ///< first residue used: the one asked for, limited to the rows
+  int lastInRange = 9999; ///< last residue used, likewise
+  std::vector<NameMismatch> nameMismatches;
+  GDB shiftTable;               ///< secondary shifts, six rows a residue
+  std::map<int, int> missCount; ///< atoms without an input row, 0 to 6
   /// Random coil and corrections, ppm, residue 1 first, in the order of `atomNames`.
   std::vector<AtomValues> adjustments;
-  std::map<int, float> cgShifts; ///< observed CG, ppm, or shift::missing
-  FloatByAtom offsets;           ///< referencing offsets by CA, CB, HA, C, ppm
+  std::map<int, float> cgShifts;       ///< observed CG, ppm, or shift::missing
+  ShiftCheck shiftCheck;               ///< outliers and the estimates behind `offsets`
+  FloatByAtom offsets;                 ///< referencing offsets by CA, CB, HA, C, ppm
+  PDB reference;                       ///< the structure to compare with
+  std::vector<Prediction> predictions; ///< by residue number
+  GDB summary;                         ///< the same as the table that is written
 
  private:
   // app
@@ -197,6 +228,7 @@ class CITRANS {
   void setSwitches(const Options& options);
 
   // shifts: reference tables
+  void forgetProtein();
   void reportReading(const char* what, const std::string& name) const;
   void loadTable(GDB& table, const char* what, const std::string& name) const;
   void loadIsotopeCorrections();
@@ -220,16 +252,22 @@ class CITRANS {
   void setGlycineHa(std::size_t row, int residue, std::string_view residueText, float adjustment);
   double inputShift(std::string_view residueText, std::string_view atom, double without) const;
   const std::string& nameOf(int residue) const;
-  void saveShiftTable() const;
+  void recordOffsets();
   void applyOffsets();
   void applyOffset(std::size_t row);
   void reportOffset(const char* key, const char* nuclei);
+  GDB shiftTableToSave() const;
+  void save(const GDB& table, const std::string& name) const;
+  void printNameMismatches() const;
+  void printShiftCheck() const;
 
   // predict
+  void predictProlines();
   std::vector<int> prolinesInRange() const;
-  void setUpSummary(GDB& summary) const;
-  void predictProline(int proline, PDB& reference, GDB& summary);
-  void printListing(const GDB& summary) const;
+  Prediction predictProline(const Triplet& triplet, int proline);
+  void setUpSummary();
+  void addToSummary(const Prediction& prediction);
+  void printListing() const;
 
   int lowestResidue = 0;
   int highestResidue = 0;

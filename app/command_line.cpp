@@ -1,16 +1,8 @@
 #include "app/command_line.h"
 
-#include <cstdio>
-
 #include "table/message_text.h"
-#include "table/run_end.h"
 
 namespace {
-
-[[noreturn]] void refuse(const std::string& name) {
-  std::fputs((" Invaid arg name -" + messageText(name) + "\n").c_str(), stderr);
-  endRun(0);
-}
 
 bool isPlainSwitch(const std::string& name) {
   return name == "noclip" || name == "nodetail" || name == "check";
@@ -30,7 +22,7 @@ CITRANS::Options readCommandLine(const CITRANS& run, int argumentCount, char* co
     const std::string name = token.substr(0, blank);
     const std::string value = blank == std::string::npos ? token : token.substr(blank + 1);
     if (!run.acceptsOption(name)) {
-      refuse(name);
+      throw RunEnd(0, " Invaid arg name -" + messageText(name) + "\n");
     }
     options[name] = isPlainSwitch(name) ? "true" : GDB::simplifyWhiteSpace(value);
   }

@@ -9,5 +9,5 @@
 /// may hold several words, but none may begin with a hyphen. An option without a value is its own
 /// value; "noclip", "nodetail" and "check" are always "true"; the last of several wins.
 ///
-/// A name that `run` does not accept is reported on standard error and ends the run with status 0.
+/// A name that `run` does not accept throws RunEnd with status 0.
 CITRANS::Options readCommandLine(const CITRANS& run, int argumentCount, char* const* arguments);

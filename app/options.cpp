@@ -52,7 +52,10 @@ CITRANS::CITRANS()
 
 CITRANS::CITRANS(std::string inputName) : inName(std::move(inputName)) {}
 
-CITRANS::~CITRANS() = default;
+void CITRANS::keepSilent() {
+  out = errors = toNowhere;
+  writesFiles = false;
+}
 
 void CITRANS::findDatabase() {
   citransDir = ".";

@@ -1,5 +1,3 @@
-#include <cstdio>
-
 #include "app/citrans.h"
 #include "app/version.h"
 #include "table/message_text.h"
@@ -43,7 +41,9 @@ constexpr const char* referenceRemarks[] = {
 
 } // namespace
 
-void CITRANS::setUpSummary(GDB& summary) const {
+void CITRANS::setUpSummary() {
+  summary = GDB();
+  summary.errors = errors;
   const bool withReference = !refName.empty();
   summary.VARS_str_parser(std::string(summaryVars) + (withReference ? referenceVars : ""));
   summary.FORMAT_str_parser(std::string(summaryFormat) + (withReference ? referenceFormat : ""));
@@ -69,20 +69,44 @@ void CITRANS::setUpSummary(GDB& summary) const {
   summary.addRemark(origin::version);
 }
 
-void CITRANS::printListing(const GDB& summary) const {
+void CITRANS::addToSummary(const Prediction& prediction) {
+  const auto store = [&](const std::string& column, const std::string& value) {
+    summary.setEntry(prediction.residue, column, value);
+  };
+  store("RESID", itoa(prediction.residue, textBuffer, 10));
+  for (int k = 1; k <= 3; ++k) {
+    const auto at = static_cast<std::size_t>(k) - 1;
+    store("RESNAME_R" + std::to_string(k), prediction.names.at(at));
+    store("CS_CNT" + std::to_string(k), itoa(prediction.shiftCounts.at(at), textBuffer, 10));
+  }
+  store("CG_SHIFT", ftoa(prediction.cgShift, textBuffer, 'g', 6));
+  store("P_CIS", ftoa(prediction.likelihood.cis, textBuffer, 'g', 6));
+  store("P_CIS_NORM", ftoa(prediction.likelihood.normalised, textBuffer, 'g', 6));
+  if (!refName.empty()) {
+    store("RESNAME_REF", prediction.referenceName);
+    store("OMEGA_REF", ftoa(prediction.referenceOmega, textBuffer, 'g', 6));
+  }
+}
+
+void CITRANS::printListing() const {
+  out("\nPredicting Pro Xaa-Pro Conformation ...\n\n");
+  if (quiet) {
+    return;
+  }
   const bool withReference = !refName.empty();
-  std::puts(withReference ? "  #RES1 RES2 RES3 P_CIS  P_CIS_NORM OMEGA\n"
-                          : "  #RES1 RES2 RES3 P_CIS  P_CIS_NORM\n");
+  out(withReference ? "  #RES1 RES2 RES3 P_CIS  P_CIS_NORM OMEGA\n\n"
+                    : "  #RES1 RES2 RES3 P_CIS  P_CIS_NORM\n\n");
+  // Read back from the summary, so that both show the same six digits.
   for (std::size_t row = 0; row < summary.rowCount(); ++row) {
     const int proline = parseInt(summary.cell(row, "RESID"));
     const std::string before = messageText(summary.cell(row, "RESNAME_R1"));
     const std::string after = messageText(summary.cell(row, "RESNAME_R3"));
-    std::printf("   %1s%-3d %1s%-3d %1s%-3d %-6.3f %-6.3f", before.c_str(), proline - 1, "P",
+    out(printed("   %1s%-3d %1s%-3d %1s%-3d %-6.3f %-6.3f", before.c_str(), proline - 1, "P",
                 proline, after.c_str(), proline + 1, parseDouble(summary.cell(row, "P_CIS")),
-                parseDouble(summary.cell(row, "P_CIS_NORM")));
+                parseDouble(summary.cell(row, "P_CIS_NORM"))));
     if (withReference) {
-      std::printf("     %-8.3f", parseDouble(summary.cell(row, "OMEGA_REF")));
+      out(printed("     %-8.3f", parseDouble(summary.cell(row, "OMEGA_REF"))));
     }
-    std::putchar('\n');
+    out("\n");
   }
 }

@@ -1,5 +1,3 @@
-#include <cstdio>
-
 #include "app/citrans.h"
 #include "table/message_text.h"
 #include "table/number.h"
@@ -23,9 +21,9 @@ float CITRANS::clipSShift(int residue, float secondaryShift, const std::string& 
   }
   // Dormant: no option sets `reportClip`.
   if (reportClip && !quiet) {
-    std::printf(" Clipped %3d %s %3s Secondary Shift: %8.3f Limit: %8.3f\n", residue,
+    out(printed(" Clipped %3d %s %3s Secondary Shift: %8.3f Limit: %8.3f\n", residue,
                 messageText(name).c_str(), messageText(atom).c_str(),
-                static_cast<double>(secondaryShift), static_cast<double>(bounded));
+                static_cast<double>(secondaryShift), static_cast<double>(bounded)));
   }
   return bounded;
 }

@@ -1,5 +1,3 @@
-#include <cstdio>
-
 #include "app/citrans.h"
 #include "table/number.h"
 
@@ -57,9 +55,8 @@ void CITRANS::reportOffset(const char* key, const char* nuclei) {
   if (known == offsets.end() || known->second == 0) {
     return;
   }
-  char text[128];
-  std::snprintf(text, sizeof text, " %6.3f ppm referencing offset applied for %s chemical shifts",
-                static_cast<double>(known->second), nuclei);
+  const std::string text = printed(" %6.3f ppm referencing offset applied for %s chemical shifts",
+                                   static_cast<double>(known->second), nuclei);
   shiftTable.addRemark(text);
-  std::fprintf(stderr, "%s\n", text);
+  errors(text + "\n");
 }

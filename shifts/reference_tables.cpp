@@ -1,5 +1,3 @@
-#include <cstdio>
-
 #include "app/citrans.h"
 #include "table/message_text.h"
 #include "table/number.h"
@@ -15,7 +13,20 @@ float valueFor(const GDB& table, std::string_view residue, std::string_view atom
 } // namespace
 
 void CITRANS::init() {
+  forgetProtein();
   inputTable.loadGDB(inName);
+  loadDatabase();
+}
+
+/// What an earlier run has left would mix with what this one finds.
+void CITRANS::forgetProtein() {
+  inputTable = GDB();
+  offsets.clear();
+  reference = PDB();
+}
+
+void CITRANS::loadDatabase() {
+  randTable = adjTable = prevTable = nextTable = limitsTable = isoTable = GDB();
   loadTable(randTable, "Random Coil Shifts", randName);
   loadTable(adjTable, "RC Adjustments", adjName);
   loadTable(prevTable, "Previous Residue RC Adjustments", prevName);
@@ -32,7 +43,7 @@ void CITRANS::init() {
 
 void CITRANS::reportReading(const char* what, const std::string& name) const {
   if (!noPath) {
-    std::printf("Reading %s from %s\n", what, messageText(name).c_str());
+    out(std::string("Reading ") + what + " from " + messageText(name) + "\n");
   }
 }
 

@@ -1,7 +1,6 @@
 #include "shifts/referencing.h"
 
 #include <cmath>
-#include <cstdio>
 
 namespace {
 
@@ -10,23 +9,15 @@ constexpr std::size_t fewestPoints = 10;
 /// An offset counts when it exceeds so many times its error.
 constexpr float significantErrors = 5;
 
-/// Intercepts that well-referenced shifts give, and the words of one nucleus.
+/// Intercepts that well-referenced shifts give.
 struct Nucleus {
   double negativeIntercept;
   double positiveIntercept;
-  const char* shortage;
-  const char* estimate;
 };
 
-constexpr Nucleus alphaBetaCarbon = {
-    0.094, 0.459, "  Not enough CA shifts to check CA/CB chemical shift referencing offset ...\n",
-    " Estimated Referencing Offset for CA/CB: %6.3f +/- %6.3fppm Size: %3d\n"};
-constexpr Nucleus alphaProton = {
-    0.089, -0.008, "  Not enough HA shifts to check HA chemical shift referencing offset ...\n",
-    " Estimated Referencing Offset for HA:\n     %6.3f +/- %6.3fppm size: %3d\n"};
-constexpr Nucleus carbonyl = {
-    -0.272, 0.226, "  Not enough C' shifts to check C' chemical shift referencing offset ...\n",
-    " Estimated Referencing Offset for C':    %6.3f +/- %6.3fppm Size: %3d\n"};
+constexpr Nucleus alphaBetaCarbon = {0.094, 0.459};
+constexpr Nucleus alphaProton = {0.089, -0.008};
+constexpr Nucleus carbonyl = {-0.272, 0.226};
 
 OffsetEstimate fitSet(const CITRANS& run, const PointSet& set, double intercept) {
   float slope = 0;
@@ -77,33 +68,10 @@ OffsetEstimate fitSets(const CITRANS& run, const Nucleus& nucleus, const PointSe
 OffsetEstimate fitNucleus(const CITRANS& run, const Nucleus& nucleus, const PointSets& points) {
   OffsetEstimate estimate = fitSets(run, nucleus, points);
   estimate.points = points.negative.x.size() + points.positive.x.size();
+  estimate.shortage = hasShortage(points);
   estimate.counts = std::fabs(estimate.offset) > significantErrors * estimate.error &&
                     estimate.error > 0 && estimate.points > fewestPoints;
   return estimate;
-}
-
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-void printEstimate(const char* format, const OffsetEstimate& estimate) {
-  std::printf(format, static_cast<double>(estimate.offset), static_cast<double>(estimate.error),
-              static_cast<int>(estimate.points));
-}
-#pragma GCC diagnostic pop
-
-/// Estimates, and prints and records an offset that counts under each key.
-void recordOffset(CITRANS& run, const Nucleus& nucleus, const PointSets& points,
-                  std::initializer_list<const char*> keys) {
-  if (hasShortage(points)) {
-    std::fputs(nucleus.shortage, stderr);
-  }
-  const OffsetEstimate estimate = fitNucleus(run, nucleus, points);
-  if (!estimate.counts) {
-    return;
-  }
-  printEstimate(nucleus.estimate, estimate);
-  for (const char* key : keys) {
-    run.offsets[key] = estimate.offset;
-  }
 }
 
 } // namespace
@@ -117,10 +85,4 @@ void PointSets::add(float difference, float value) {
 OffsetEstimates fitOffsets(const CITRANS& run, const ReferencingPoints& points) {
   return {fitNucleus(run, alphaBetaCarbon, points.ca), fitNucleus(run, alphaProton, points.ha),
           fitNucleus(run, carbonyl, points.c)};
-}
-
-void estimateOffsets(CITRANS& run, const ReferencingPoints& points) {
-  recordOffset(run, alphaBetaCarbon, points.ca, {"CA", "CB"});
-  recordOffset(run, alphaProton, points.ha, {"HA"});
-  recordOffset(run, carbonyl, points.c, {"C"});
 }

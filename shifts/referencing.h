@@ -28,26 +28,8 @@ struct ReferencingPoints {
 /// The points of one run, from its secondary shifts; prints nothing.
 ReferencingPoints gatherReferencingPoints(const CITRANS& run);
 
-/// What the straight-line fits of one nucleus say.
-struct OffsetEstimate {
-  float offset = 0;       ///< ppm; 0 when neither set has points enough
-  float error = 0;        ///< its standard error, ppm
-  std::size_t points = 0; ///< in both sets
-  bool counts = false;    ///< whether it is recorded: larger than five times its error
-};
-
-struct OffsetEstimates {
-  OffsetEstimate ca; ///< for CA and CB
-  OffsetEstimate ha;
-  OffsetEstimate c;
-};
-
 /// Fits each nucleus; prints and records nothing.
-OffsetEstimates fitOffsets(const CITRANS& run, const ReferencingPoints& points);
-
-/// Fits each nucleus and records in `run.offsets` every offset larger than five times its error;
-/// prints those on standard output, and a shortage of points on standard error.
 ///
 /// Secondary CA, HA and C' shifts of well-referenced proteins, drawn against CA minus CB, meet
 /// x = 0 at known values; what an intercept misses is a referencing offset.
-void estimateOffsets(CITRANS& run, const ReferencingPoints& points);
+OffsetEstimates fitOffsets(const CITRANS& run, const ReferencingPoints& points);

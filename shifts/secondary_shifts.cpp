@@ -1,6 +1,5 @@
 #include "app/citrans.h"
 #include "table/number.h"
-#include "table/run_end.h"
 
 namespace {
 /// Read for a glycine proton that the input does not hold.
@@ -11,6 +10,7 @@ void CITRANS::getResInfo() {
   startShiftTable();
   requireInput();
   reconcileResidueNames();
+  printNameMismatches();
   limitResidueRange();
   fillShiftTable();
   if (isoOn) {
@@ -20,15 +20,17 @@ void CITRANS::getResInfo() {
   if (offsetOn) {
     applyOffsets();
   }
-  saveShiftTable();
+  save(shiftTableToSave(), sumBase + "AdjCS.tab");
   if (checkOnly) {
-    endRun(-1);
+    throw RunEnd(-1);
   }
 }
 
 void CITRANS::fillShiftTable() {
   adjustments.assign(static_cast<std::size_t>(residueCount), {});
   adjustmentTerms.clear();
+  missCount.clear();
+  cgShifts.clear();
   shiftTable.reserveRows(static_cast<std::size_t>(residueCount) * atomNames.size());
   for (int residue = 1; residue <= residueCount; ++residue) {
     addResidue(residue);

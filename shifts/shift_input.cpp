@@ -1,10 +1,8 @@
 #include <algorithm>
-#include <cstdio>
 
 #include "app/citrans.h"
 #include "table/message_text.h"
 #include "table/number.h"
-#include "table/run_end.h"
 
 namespace {
 
@@ -12,13 +10,13 @@ constexpr int lowestBeforeAny = 999;
 constexpr int highestBeforeAny = -999;
 
 [[noreturn]] void refuseInput(const std::string& message) {
-  std::fputs((messageText(message) + "\n").c_str(), stderr);
-  endRun(-1);
+  throw RunEnd(-1, messageText(message) + "\n");
 }
 
 } // namespace
 
 void CITRANS::startShiftTable() {
+  shiftTable = GDB();
   shiftTable.layOutFirst({"RESID", "RESNAME", "ATOMNAME", "SHIFT", "CS_OBS", "CS_ADJ"});
   shiftTable.copyHeader(inputTable);
   shiftTable.addVAR("CS_OBS", "%9.3f");
@@ -40,6 +38,7 @@ void CITRANS::requireInput() const {
 }
 
 void CITRANS::reconcileResidueNames() {
+  nameMismatches.clear();
   lowestResidue = lowestBeforeAny;
   highestResidue = highestBeforeAny;
   const GDB::Column resid = inputTable.column("RESID");
@@ -54,11 +53,17 @@ void CITRANS::reconcileResidueNames() {
     }
     const auto known = sequence.try_emplace(residue, name);
     if (!known.second && known.first->second != name) {
-      std::fprintf(stderr,
-                   "WARNING: Unmatched name for residue %d between header (%s) and chemical shift "
-                   "table (%s)\n",
-                   residue, messageText(known.first->second).c_str(), messageText(name).c_str());
+      nameMismatches.push_back({residue, known.first->second, name});
     }
+  }
+}
+
+void CITRANS::printNameMismatches() const {
+  for (const NameMismatch& mismatch : nameMismatches) {
+    errors(printed("WARNING: Unmatched name for residue %d between header (%s) and chemical shift "
+                   "table (%s)\n",
+                   mismatch.residue, messageText(mismatch.header).c_str(),
+                   messageText(mismatch.row).c_str()));
   }
 }
 
@@ -69,10 +74,10 @@ void CITRANS::limitResidueRange() {
   const auto limit = [this](int residue) {
     return std::min(std::max(residue, lowestResidue), highestResidue);
   };
-  firstResID = limit(firstResID);
-  lastResID = limit(lastResID);
-  if (firstResID > lastResID) {
-    std::swap(firstResID, lastResID);
+  firstInRange = limit(firstResID);
+  lastInRange = limit(lastResID);
+  if (firstInRange > lastInRange) {
+    std::swap(firstInRange, lastInRange);
   }
 }
 

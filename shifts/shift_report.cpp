@@ -1,132 +1,54 @@
-#include <array>
-#include <cmath>
-#include <cstdio>
-
 #include "app/citrans.h"
-#include "shifts/referencing.h"
 #include "table/message_text.h"
-#include "table/number.h"
 
 namespace {
 
-/// Secondary shifts of one residue that the referencing needs, ppm; 0 when there is no row.
-struct CheckedResidue {
-  float ca = 0;
-  float cb = 0;
-  float ha = 0;
-  float c = 0;
-
-  void set(const std::string& atom, float value) {
-    if (atom == "CA") {
-      ca = value;
-    } else if (atom == "CB") {
-      cb = value;
-    } else if (atom == "HA") {
-      ha = value;
-    } else if (atom == "C") {
-      c = value;
-    }
-  }
+/// The words for one nucleus. Kept: the line of HA breaks and spells its size otherwise.
+struct Words {
+  const char* nucleus;  ///< of a shortage
+  const char* checked;  ///< what is then not checked
+  const char* estimate; ///< up to the number
+  const char* size;
 };
 
-/// By the text of the residue number, which lies in the table: residues are visited as 1, 10, 100,
-/// 11, ..., 2. Kept: the fit leaves out its first point, so the order counts.
-using CheckedResidues = std::map<std::string_view, CheckedResidue>;
+constexpr Words alphaBetaCarbon = {"CA", "CA/CB", "CA/CB: ", "Size"};
+constexpr Words alphaProton = {"HA", "HA", "HA:\n     ", "size"};
+constexpr Words carbonyl = {"C'", "C'", "C':    ", "Size"};
 
-/// The columns of the working table that the checks read.
-struct Columns {
-  explicit Columns(const GDB& table)
-      : resid(table.column("RESID")), atomName(table.column("ATOMNAME")),
-        shift(table.column("SHIFT")) {}
-  GDB::Column resid, atomName, shift;
-};
-
-bool isMissing(float value) {
-  return !(static_cast<double>(value) < shift::missingFrom);
+std::string outlierLine(const Outlier& outlier) {
+  return printed("  %3d %s %3s Secondary Shift: %8.3f    Limit: %8.3f%s\n", outlier.residue,
+                 messageText(outlier.name).c_str(), messageText(outlier.atom).c_str(),
+                 outlier.shift, static_cast<double>(outlier.limit), outlier.marked ? " !" : "");
 }
 
-/// Proline and both forms of cysteine have CA and CB of their own.
-bool isLeftOut(const std::string& name) {
-  return name == "P" || name == "c" || name == "C";
+std::string shortageLine(const Words& words) {
+  return printed("  Not enough %s shifts to check %s chemical shift referencing offset ...\n",
+                 words.nucleus, words.checked);
 }
 
-/// How many times its limit a shift must exceed to be marked; HA limits are narrow.
-float markFactor(const std::string& atom) {
-  return atom == "HA" ? 3.0F : 2.0F;
-}
-
-void printOutlier(int residue, const std::string& name, const std::string& atom, double shift,
-                  float limit) {
-  std::printf("  %3d %s %3s Secondary Shift: %8.3f    Limit: %8.3f", residue,
-              messageText(name).c_str(), messageText(atom).c_str(), shift,
-              static_cast<double>(limit));
-  const bool marked = std::fabs(static_cast<float>(shift)) > markFactor(atom) * std::fabs(limit);
-  std::puts(marked ? " !" : "");
-}
-
-std::string checkedAtom(std::string_view named) {
-  return std::string(named == "H" ? "HN" : named);
-}
-
-/// Prints every shift beyond its limit.
-void reportOutliers(CITRANS& run) {
-  std::puts("\nChecking for Chemical Shift Outliers ...");
-  const GDB& table = run.shiftTable;
-  const Columns columns(table);
-  for (std::size_t row = 0; row < table.rowCount(); ++row) {
-    const std::string atom = checkedAtom(table.cell(row, columns.atomName));
-    const double secondary = parseDouble(table.cell(row, columns.shift));
-    const float single = static_cast<float>(secondary);
-    const int residue = parseInt(table.cell(row, columns.resid));
-    const float limit = run.clipSShift(residue, single, atom);
-    if (limit != single) {
-      printOutlier(residue, run.sequence[residue], atom, secondary, limit);
-    }
-  }
-}
-
-/// All secondary shifts, unbounded, by residue.
-CheckedResidues gatherResidues(const GDB& table) {
-  const Columns columns(table);
-  CheckedResidues residues;
-  auto known = residues.end();
-  for (std::size_t row = 0; row < table.rowCount(); ++row) {
-    const std::string_view residueText = table.cell(row, columns.resid);
-    // The rows of a residue follow each other: most need no search.
-    if (known == residues.end() || known->first != residueText) {
-      known = residues.try_emplace(residueText).first;
-    }
-    known->second.set(checkedAtom(table.cell(row, columns.atomName)),
-                      parseFloat(table.cell(row, columns.shift)));
-  }
-  return residues;
+std::string estimateLine(const Words& words, const OffsetEstimate& estimate) {
+  return printed(" Estimated Referencing Offset for %s%6.3f +/- %6.3fppm %s: %3d\n", words.estimate,
+                 static_cast<double>(estimate.offset), static_cast<double>(estimate.error),
+                 words.size, static_cast<int>(estimate.points));
 }
 
 } // namespace
 
-ReferencingPoints gatherReferencingPoints(const CITRANS& run) {
-  ReferencingPoints points;
-  for (const auto& [residueText, shifts] : gatherResidues(run.shiftTable)) {
-    const auto name = run.sequence.find(parseInt(residueText));
-    if (isMissing(shifts.ca) || isMissing(shifts.cb) ||
-        (name != run.sequence.end() && isLeftOut(name->second))) {
-      continue;
-    }
-    const float difference = shifts.ca - shifts.cb;
-    points.ca.add(difference, shifts.ca);
-    if (!isMissing(shifts.ha)) {
-      points.ha.add(difference, shifts.ha);
-    }
-    if (!isMissing(shifts.c)) {
-      points.c.add(difference, shifts.c);
-    }
+void CITRANS::printShiftCheck() const {
+  out("\nChecking for Chemical Shift Outliers ...\n");
+  for (const Outlier& outlier : shiftCheck.outliers) {
+    out(outlierLine(outlier));
   }
-  return points;
-}
-
-void CITRANS::checkCS() {
-  reportOutliers(*this);
-  const ReferencingPoints points = gatherReferencingPoints(*this);
-  std::puts("\nChecking Chemical Shift Referencing ...");
-  estimateOffsets(*this, points);
+  out("\nChecking Chemical Shift Referencing ...\n");
+  const auto print = [this](const Words& words, const OffsetEstimate& estimate) {
+    if (estimate.shortage) {
+      errors(shortageLine(words));
+    }
+    if (estimate.counts) {
+      out(estimateLine(words, estimate));
+    }
+  };
+  print(alphaBetaCarbon, shiftCheck.offsets.ca);
+  print(alphaProton, shiftCheck.offsets.ha);
+  print(carbonyl, shiftCheck.offsets.c);
 }

@@ -2,8 +2,9 @@
 #include "app/version.h"
 #include "table/number.h"
 
-void CITRANS::saveShiftTable() const {
+GDB CITRANS::shiftTableToSave() const {
   GDB output;
+  output.errors = errors;
   output.copyHeader(shiftTable);
   output.reserveRows(shiftTable.rowCount());
   const GDB::Column shift = shiftTable.column("SHIFT");
@@ -23,5 +24,11 @@ void CITRANS::saveShiftTable() const {
   }
   output.addRemark("");
   output.addRemark(origin::version);
-  output.saveGDB(sumBase + "AdjCS.tab");
+  return output;
+}
+
+void CITRANS::save(const GDB& table, const std::string& name) const {
+  if (writesFiles) {
+    table.saveGDB(name);
+  }
 }

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <utility>
 
 #include "structure/pdb.h"
@@ -97,13 +96,12 @@ void PDB::loadPDB_Entry(const std::string& line, CORdata& atom) {
 
 void PDB::loadPDB(const std::string& path) {
   fileName = path;
-  FileText file;
-  if (!readWholeFile(path, file)) {
-    std::fputs(("\tCan't open file " + messageText(path) + " for reading\n").c_str(), stderr);
-    endRun(0);
+  const std::optional<std::string> text = readFile(path);
+  if (!text) {
+    throw RunEnd(0, "\tCan't open file " + messageText(path) + " for reading\n");
   }
   clear();
-  readAtoms(file.view());
+  readAtoms(*text);
   markDisulfides();
 }
 

@@ -3,8 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include "table/text_buffer.h"
-
 /// One column's conversion, made ready to print many cells.
 ///
 /// Prints what the C library's printf would print for the piece, blanks around the conversion
@@ -16,18 +14,15 @@ class CellFormat {
   explicit CellFormat(const std::string& piece);
 
   /// Appends one cell to `out`. Text that is no number prints as 0 in a number column.
-  void append(TextBuffer& out, std::string_view cell) const;
+  void append(std::string& out, std::string_view cell) const;
 
  private:
   enum class Kind { none, text, integer, fixed };
 
-  void readFlags(const std::string& conversion);
-  void appendText(TextBuffer& out, std::string_view cell) const;
-  void appendInteger(TextBuffer& out, std::string_view cell) const;
-  void appendFixed(TextBuffer& out, std::string_view cell) const;
-  template <class Value>
-  void appendPrinted(TextBuffer& out, Value value) const;
-  void appendPadded(TextBuffer& out, std::string_view text) const;
+  void readFlags();
+  void appendText(std::string& out, std::string_view cell) const;
+  void appendNumber(std::string& out, std::string_view cell) const;
+  void appendPadded(std::string& out, std::string_view text) const;
 
   Kind kind_ = Kind::none;
   std::string before_;
@@ -38,6 +33,6 @@ class CellFormat {
   /// the members below say all; otherwise printf prints.
   bool plain_ = false;
   bool left_ = false;
-  int width_ = 0;
+  std::size_t width_ = 0;
   int precision_ = -1;
 };

@@ -2,55 +2,43 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-constexpr std::size_t firstBufferSize = std::size_t{16} * 1024;
-
 /// Room for a regular file and one byte more, so that its end is seen without growing.
 std::size_t expectedSize(int descriptor) {
+  constexpr std::size_t unknown = std::size_t{16} * 1024;
   struct stat status {};
-  if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0) {
-    return static_cast<std::size_t>(status.st_size) + 1;
-  }
-  return firstBufferSize;
-}
-
-void grow(FileText& text, std::size_t& capacity) {
-  const std::size_t larger = capacity * 2;
-  std::unique_ptr<char[]> bytes(new char[larger]);
-  std::memcpy(bytes.get(), text.bytes.get(), text.size);
-  text.bytes = std::move(bytes);
-  capacity = larger;
+  const bool known = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+  return known && status.st_size > 0 ? static_cast<std::size_t>(status.st_size) + 1 : unknown;
 }
 
 } // namespace
 
-bool readWholeFile(const std::string& path, FileText& text) {
+std::optional<std::string> readFile(const std::string& path) {
   const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (descriptor < 0) {
-    return false;
+    return std::nullopt;
   }
-  std::size_t capacity = expectedSize(descriptor);
-  text.bytes.reset(new char[capacity]);
-  text.size = 0;
+  std::string text(expectedSize(descriptor), '\0');
+  std::size_t size = 0;
   for (;;) {
-    if (text.size == capacity) {
-      grow(text, capacity);
+    if (size == text.size()) {
+      text.resize(2 * size);
     }
-    const ssize_t got = read(descriptor, text.bytes.get() + text.size, capacity - text.size);
+    const ssize_t got = read(descriptor, text.data() + size, text.size() - size);
     if (got > 0) {
-      text.size += static_cast<std::size_t>(got);
+      size += static_cast<std::size_t>(got);
     } else if (got == 0 || errno != EINTR) {
       break;
     }
   }
   ::close(descriptor);
-  return true;
+  text.resize(size);
+  return text;
 }
 
 bool takeLine(std::string_view& rest, std::string_view& line) {
@@ -81,16 +69,14 @@ bool OutputFile::close() {
 }
 
 void OutputFile::flush() {
-  const char* next = buffer_.view().data();
-  std::size_t left = buffer_.size();
-  while (good_ && left > 0) {
-    const ssize_t put = write(descriptor_, next, left);
+  std::string_view left = buffer_;
+  while (good_ && !left.empty()) {
+    const ssize_t put = write(descriptor_, left.data(), left.size());
     if (put >= 0) {
-      next += put;
-      left -= static_cast<std::size_t>(put);
+      left.remove_prefix(static_cast<std::size_t>(put));
     } else if (errno != EINTR) {
       good_ = false;
     }
   }
-  buffer_.cut(0);
+  buffer_.clear();
 }

@@ -1,31 +1,18 @@
 #pragma once
 
-#include <cstddef>
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
-#include "table/text_buffer.h"
-
-/// A whole file in memory.
-struct FileText {
-  std::unique_ptr<char[]> bytes;
-  std::size_t size = 0;
-
-  std::string_view view() const { return {bytes.get(), size}; }
-};
-
-/// Reads a regular file, a pipe or a device to its end.
-///
-/// \param text  out: the bytes; empty for a directory and from the first read error on
-/// \return false when the file cannot be opened
-bool readWholeFile(const std::string& path, FileText& text);
+/// All bytes of a regular file, a pipe or a device; nothing when it cannot be opened. Empty for a
+/// directory; what was read before the first read error otherwise.
+std::optional<std::string> readFile(const std::string& path);
 
 /// Takes the next line off `rest`, without its newline. A last line without a newline counts.
 /// \return false when nothing is left
 bool takeLine(std::string_view& rest, std::string_view& line);
 
-/// A file being written: bytes are gathered and handed to the system in large pieces.
+/// A file being written: text is gathered and handed to the system in large pieces.
 class OutputFile {
  public:
   /// Creates or truncates the file.
@@ -38,7 +25,7 @@ class OutputFile {
   bool good() const { return good_; }
 
   /// The gathered text, to append to; call `flushIfLarge` between appends.
-  TextBuffer& buffer() { return buffer_; }
+  std::string& buffer() { return buffer_; }
   void flushIfLarge() {
     if (buffer_.size() >= flushSize) {
       flush();
@@ -55,5 +42,5 @@ class OutputFile {
 
   int descriptor_;
   bool good_;
-  TextBuffer buffer_;
+  std::string buffer_;
 };

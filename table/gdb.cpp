@@ -1,22 +1,10 @@
 #include "table/gdb.h"
 
-#include <cstdio>
-
 #include "table/message_text.h"
 #include "table/run_end.h"
 
-GDB::GDB() = default;
-
 GDB::GDB(const std::string& fileName) {
   loadGDB(fileName);
-}
-
-GDB::~GDB() = default;
-GDB::GDB(GDB&&) noexcept = default;
-GDB& GDB::operator=(GDB&&) noexcept = default;
-
-void GDB::clearRows() {
-  rows_.clear();
 }
 
 RowStore::Slot GDB::requireColumn(std::string_view name) const {
@@ -24,8 +12,7 @@ RowStore::Slot GDB::requireColumn(std::string_view name) const {
   if (slot && *slot < isColumnSlot_.size() && isColumnSlot_[*slot]) {
     return *slot;
   }
-  std::fputs(("\tInvalid varible name '" + messageText(name) + "'\n").c_str(), stderr);
-  endRun(0);
+  throw RunEnd(0, "\tInvalid varible name '" + messageText(name) + "'\n");
 }
 
 void GDB::setEntry(int row, const std::string& name, const std::string& value) {
@@ -133,7 +120,7 @@ void GDB::copyHeader(const GDB& other) {
   dataItems_ = other.dataItems_;
   columnNames_ = other.columnNames_;
   columnFormats_ = other.columnFormats_;
-  clearRows();
+  rows_.clear();
   for (RowStore::Slot slot = 0; slot < other.rows_.slotCount(); ++slot) {
     rows_.slot(other.rows_.slotName(slot));
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 #include <map>
 #include <string>
@@ -7,9 +8,7 @@
 #include <vector>
 
 #include "table/row_store.h"
-
-class OutputFile;
-class TextBuffer;
+#include "table/text_sink.h"
 
 /// One table file in memory: remarks, header items, named columns with a printf-style conversion
 /// each, and numbered rows whose cells are text.
@@ -20,7 +19,11 @@ class TextBuffer;
 ///
 /// `getEntry` with a value and n = 1, `findRow` and `cell` are constant time once an index is
 /// built, which a change of the looked-up column drops again: alternate between filling and
-/// searching in large steps only.
+/// searching in large steps only. So look-ups change a table that looks constant: one table is for
+/// one thread at a time. A copy is a table of its own, and cheap: it shares the text.
+///
+/// An input that is refused ends as a `RunEnd`; a file that cannot be written, and a column that
+/// cannot be declared, are reported to `errors`, and the run goes on.
 class GDB {
  public:
   /// A row as a map from column name to cell text; empty when there is no such row.
@@ -29,27 +32,27 @@ class GDB {
   static constexpr std::size_t noRow = RowStore::npos;
 
   /// An empty table.
-  GDB();
-  /// An empty table that loads the named file at once; ends the run when it cannot be opened.
+  GDB() = default;
+  /// An empty table that loads the named file at once; throws as `loadGDB`.
   explicit GDB(const std::string& fileName);
-  ~GDB();
-  GDB(const GDB&) = delete;
-  GDB& operator=(const GDB&) = delete;
-  GDB(GDB&&) noexcept;
-  GDB& operator=(GDB&&) noexcept;
 
-  // --- files -------------------------------------------------------------------------------
+  // --- files and texts -----------------------------------------------------------------------
 
   /// Reads a table file into this table, adding to what it holds; a VARS or FORMAT line drops all
   /// rows read so far, the rows after it keep counting.
   ///
-  /// Ends the run with status 0 and one line on standard error when the file cannot be opened or a
-  /// FORMAT piece is invalid. Throws std::out_of_range for a line that holds only REMARK or DATA.
+  /// Throws RunEnd with status 0 and one line when the file cannot be opened or a FORMAT piece is
+  /// invalid, and std::out_of_range for a line that holds only REMARK or DATA; what was read until
+  /// then stays.
   void loadGDB(const std::string& fileName);
+  /// The same from the bytes of such a file.
+  void loadText(std::string text);
 
   /// Creates or truncates the file and writes the table. A file that cannot be opened or written
-  /// to its end gives "\tCan't save file " and the name on standard error; the run goes on.
+  /// to its end gives "\tCan't save file " and the name; the run goes on.
   void saveGDB(const std::string& fileName) const;
+  /// What `saveGDB` writes.
+  std::string text() const;
 
   /// The name given to the last `loadGDB`.
   const std::string& fileName() const { return fileName_; }
@@ -89,7 +92,7 @@ class GDB {
 
   /// Gives each declared column its conversion, in order; drops all rows. A text with another
   /// number of "%" than there are columns leaves the table without formats, silently. An invalid
-  /// piece ends the run with status 0.
+  /// piece throws RunEnd with status 0.
   void FORMAT_str_parser(const std::string& text);
 
   /// Whether the text is one conversion that a column may have: "%", then digits, "-" and "." as
@@ -100,8 +103,8 @@ class GDB {
 
   int getEntryCount() const { return static_cast<int>(rows_.size()); }
 
-  /// Sets one cell, making the row when needed. A name that is no column ends the run with status
-  /// 0 and a message.
+  /// Sets one cell, making the row when needed. A name that is no column throws RunEnd
+  /// with status 0 and a message.
   void setEntry(int row, const std::string& name, const std::string& value);
 
   /// Opens a new row, numbered one more than there are rows, with this one cell.
@@ -138,8 +141,7 @@ class GDB {
 
   /// Opens a new row as `addEntry` does, without a cell. \return its position
   std::size_t appendRow();
-  /// Opens a new row with all cells of another table's row, columns or not; the other table must
-  /// outlive the rows of this one. \return its position
+  /// Opens a new row with all cells of another table's row, columns or not. \return its position
   std::size_t appendRowFrom(const GDB& other, std::size_t position);
   /// Sets one cell, as `setEntry` does.
   void setCell(std::size_t position, std::string_view name, std::string_view text);
@@ -196,22 +198,26 @@ class GDB {
   static bool isSpace(const char& c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
   static bool isDigit(const char& c) { return c >= '0' && c <= '9'; }
 
+  TextSink errors = toStandardError; ///< takes the lines about what was ignored or not written
+
  private:
   // Reader steps.
-  void readLine(std::string_view line, int& rowNumber, bool& formatSeen);
-  bool readRow(std::string_view line, int rowNumber);
-  void readKeyword(std::string_view line, bool& formatSeen);
+  struct Reading;
+  bool readRow(std::string_view line, Reading& reading);
+  void readKeyword(std::string_view line, Reading& reading);
   void readSequence();
 
-  // Writer steps.
-  void writeHeader(TextBuffer& out) const;
-  void writeSequenceItem(TextBuffer& out, const std::string& item) const;
-  void writeRows(OutputFile& file) const;
+  // Writer steps. `flush` may empty the text that was written so far.
+  using Flush = std::function<void()>;
+  void write(std::string& out, const Flush& flush) const;
+  void writeHeader(std::string& out) const;
+  void writeSequenceItem(std::string& out, const std::string& item) const;
+  void writeRows(std::string& out, const Flush& flush) const;
 
-  void clearRows();
   void findColumnSlots();
   void setColumn(std::size_t index, const std::string& name, const std::string& format);
   std::size_t columnIndex(const std::string& name) const;
+  int indexOrNone(const std::string& name) const;
   RowStore::Slot requireColumn(std::string_view name) const;
   bool acceptsColumn(const std::string& name, const std::string& format) const;
   Entry copyRow(std::size_t position) const;
@@ -233,6 +239,4 @@ class GDB {
   /// By slot, whether it is that of a column; shorter than there are slots.
   std::vector<bool> isColumnSlot_;
   RowStore rows_;
-  /// Tokens of the line being read, kept to spare an allocation per line.
-  std::vector<std::string_view> rowTokens_;
 };

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdio>
 
 #include "table/gdb.h"
 #include "table/message_text.h"
@@ -20,16 +19,12 @@ constexpr PresetClass presetClasses[] = {
      "%2d %9.3f %9.3f %8.3f %5.3f %-4s %-4s %-4s %s"},
 };
 
-void report(const std::string& message) {
-  std::fputs((messageText(message) + "\n").c_str(), stderr);
-}
-
 /// Shows the piece with its blanks. The carriage return that a line of a file from another system
 /// ends with is one of them: only the closing quote follows it, so it cannot hide anything.
-void reportBadFormat(const std::string& piece) {
+std::string badFormat(const std::string& piece) {
   const bool returns = !piece.empty() && piece.back() == '\r';
   const std::string shown = messageText(returns ? piece.substr(0, piece.size() - 1) : piece);
-  std::fputs(("\tBad format syntax '" + shown + (returns ? "\r'\n" : "'\n")).c_str(), stderr);
+  return "\tBad format syntax '" + shown + (returns ? "\r'\n" : "'\n");
 }
 
 bool isConversionLetter(char c) {
@@ -57,12 +52,11 @@ void GDB::presetClass(const std::string& name) {
 
 bool GDB::acceptsColumn(const std::string& name, const std::string& format) const {
   if (!checkFormat(format)) {
-    reportBadFormat(format);
+    errors(badFormat(format));
     return false;
   }
   if (name.find(' ') != std::string::npos) {
-    std::fputs(("\tInvalid varible name '" + messageText(name) + "' (with space)\n").c_str(),
-               stderr);
+    errors("\tInvalid varible name '" + messageText(name) + "' (with space)\n");
     return false;
   }
   return true;
@@ -82,8 +76,8 @@ void GDB::setVAR(int index, const std::string& name, const std::string& format) 
   if (index >= 1 && static_cast<std::size_t>(index) <= onePast) {
     setColumn(static_cast<std::size_t>(index) - 1, name, format);
   } else {
-    report("\tPlease use number 1-" + std::to_string(onePast) + " as index for varible '" + name +
-           "' with format '" + format + "'");
+    errors("\tPlease use number 1-" + std::to_string(onePast) + " as index for varible '" +
+           messageText(name) + "' with format '" + messageText(format) + "'\n");
   }
 }
 
@@ -126,13 +120,19 @@ bool GDB::isVarFloat(int index) const {
 }
 
 bool GDB::isVarString(const std::string& name) const {
-  return isVarString(static_cast<int>(columnIndex(name)));
+  return isVarString(indexOrNone(name));
 }
 bool GDB::isVarInt(const std::string& name) const {
-  return isVarInt(static_cast<int>(columnIndex(name)));
+  return isVarInt(indexOrNone(name));
 }
 bool GDB::isVarFloat(const std::string& name) const {
-  return isVarFloat(static_cast<int>(columnIndex(name)));
+  return isVarFloat(indexOrNone(name));
+}
+
+/// -1 for a name that is no column, also when formats are left over from more columns.
+int GDB::indexOrNone(const std::string& name) const {
+  const std::size_t index = columnIndex(name);
+  return index < columnNames_.size() ? static_cast<int>(index) : -1;
 }
 
 void GDB::VARS_str_parser(const std::string& text) {
@@ -142,7 +142,7 @@ void GDB::VARS_str_parser(const std::string& text) {
 }
 
 void GDB::FORMAT_str_parser(const std::string& text) {
-  clearRows();
+  rows_.clear();
   columnFormats_.clear();
   const int conversions = contains(text, '%');
   if (conversions == 0 || static_cast<std::size_t>(conversions) != columnNames_.size()) {
@@ -153,8 +153,7 @@ void GDB::FORMAT_str_parser(const std::string& text) {
   for (std::size_t column = 0; column < columnNames_.size(); ++column) {
     const std::string piece = "%" + (column + 1 < pieces.size() ? pieces[column + 1] : "");
     if (!checkFormat(piece)) {
-      reportBadFormat(piece);
-      endRun(0);
+      throw RunEnd(0, badFormat(piece));
     }
     columnFormats_.push_back(piece);
   }

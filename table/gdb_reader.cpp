@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdio>
 
 #include "table/file_io.h"
 #include "table/gdb.h"
@@ -63,50 +62,57 @@ std::size_t rowsExpected(std::string_view line, std::string_view rest) {
 
 } // namespace
 
-void GDB::loadGDB(const std::string& fileName) {
-  fileName_ = fileName;
-  FileText file;
-  if (!readWholeFile(fileName, file)) {
-    std::fputs(("\tCan't open file " + messageText(fileName) + " for reading\n").c_str(), stderr);
-    endRun(0);
-  }
+/// Where the reading of one file stands.
+struct GDB::Reading {
+  std::shared_ptr<const std::string> text;
   int rowNumber = 1;
   bool formatSeen = false;
-  std::string_view rest = file.view();
-  rows_.adopt(std::move(file.bytes));
+  std::vector<std::string_view> tokens; ///< of one line; kept to spare an allocation a line
+};
+
+void GDB::loadGDB(const std::string& fileName) {
+  fileName_ = fileName;
+  std::optional<std::string> text = readFile(fileName);
+  if (!text) {
+    throw RunEnd(0, "\tCan't open file " + messageText(fileName) + " for reading\n");
+  }
+  loadText(std::move(*text));
+}
+
+void GDB::loadText(std::string text) {
+  Reading reading;
+  reading.text = std::make_shared<const std::string>(std::move(text));
+  std::string_view rest = *reading.text;
   for (std::string_view line; takeLine(rest, line);) {
     if (rows_.size() == 1) {
       rows_.reserve(rowsExpected(line, rest));
     }
-    readLine(line, rowNumber, formatSeen);
+    // A row whose first cell is a keyword is also that keyword's line. Kept.
+    if (reading.formatSeen && readRow(line, reading)) {
+      ++reading.rowNumber;
+    }
+    readKeyword(line, reading);
   }
   readSequence();
 }
 
-void GDB::readLine(std::string_view line, int& rowNumber, bool& formatSeen) {
-  // A row whose first cell is a keyword is also that keyword's line. Kept.
-  if (formatSeen && readRow(line, rowNumber)) {
-    ++rowNumber;
-  }
-  readKeyword(line, formatSeen);
-}
-
-bool GDB::readRow(std::string_view line, int rowNumber) {
+bool GDB::readRow(std::string_view line, Reading& reading) {
   const std::size_t columns = columnNames_.size();
-  rowTokens_.clear();
+  std::vector<std::string_view>& tokens = reading.tokens;
+  tokens.clear();
   std::string_view token;
   // One token more than fits tells a long line; reading on would only cost memory.
-  while (rowTokens_.size() <= columns && takeToken(line, token)) {
-    rowTokens_.push_back(token);
+  while (tokens.size() <= columns && takeToken(line, token)) {
+    tokens.push_back(token);
   }
-  if (columns == 0 || rowTokens_.size() != columns) {
+  if (columns == 0 || tokens.size() != columns) {
     return false;
   }
-  rows_.setRow(rows_.findOrInsert(rowNumber), columnSlots_, rowTokens_);
+  rows_.setRow(rows_.findOrInsert(reading.rowNumber), columnSlots_, tokens, reading.text);
   return true;
 }
 
-void GDB::readKeyword(std::string_view line, bool& formatSeen) {
+void GDB::readKeyword(std::string_view line, Reading& reading) {
   std::string_view rest = line;
   std::string_view token;
   if (!takeToken(rest, token)) {
@@ -124,7 +130,7 @@ void GDB::readKeyword(std::string_view line, bool& formatSeen) {
   } else if (isKeyword(token, "FORMAT")) {
     formatText_ = std::string(line).substr(token.size());
     FORMAT_str_parser(formatText_);
-    formatSeen = true;
+    reading.formatSeen = true;
   }
 }
 

@@ -1,5 +1,3 @@
-#include <cstdio>
-
 #include "table/cell_format.h"
 #include "table/file_io.h"
 #include "table/gdb.h"
@@ -13,17 +11,27 @@ constexpr std::size_t sequenceLineLength = 55;
 void GDB::saveGDB(const std::string& fileName) const {
   OutputFile file(fileName);
   if (file.good()) {
-    if (!plaintext_) {
-      writeHeader(file.buffer());
-    }
-    writeRows(file);
+    write(file.buffer(), [&file] { file.flushIfLarge(); });
   }
   if (!file.close()) {
-    std::fputs(("\tCan't save file " + messageText(fileName) + "\n").c_str(), stderr);
+    errors("\tCan't save file " + messageText(fileName) + "\n");
   }
 }
 
-void GDB::writeHeader(TextBuffer& out) const {
+std::string GDB::text() const {
+  std::string text;
+  write(text, [] {});
+  return text;
+}
+
+void GDB::write(std::string& out, const Flush& flush) const {
+  if (!plaintext_) {
+    writeHeader(out);
+  }
+  writeRows(out, flush);
+}
+
+void GDB::writeHeader(std::string& out) const {
   for (const std::string& remark : remarks_) {
     out.append("REMARK ").append(remark).append("\n");
   }
@@ -46,7 +54,7 @@ void GDB::writeHeader(TextBuffer& out) const {
   out.append("\n\n");
 }
 
-void GDB::writeSequenceItem(TextBuffer& out, const std::string& item) const {
+void GDB::writeSequenceItem(std::string& out, const std::string& item) const {
   // Without a blank the position wraps to 0: the item is its own value, as in `getData`.
   const std::string value = simplifyWhiteSpace(item.substr(item.find(' ') + 1));
   if (value.empty()) {
@@ -61,17 +69,16 @@ void GDB::writeSequenceItem(TextBuffer& out, const std::string& item) const {
   }
 }
 
-void GDB::writeRows(OutputFile& file) const {
+void GDB::writeRows(std::string& out, const Flush& flush) const {
   std::vector<CellFormat> formats;
   for (std::size_t column = 0; column < columnNames_.size(); ++column) {
     formats.emplace_back(column < columnFormats_.size() ? columnFormats_[column] : "");
   }
-  TextBuffer& out = file.buffer();
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     for (std::size_t column = 0; column < formats.size(); ++column) {
       formats[column].append(out, rows_.cellAt(row, columnSlots_[column]));
       // Within the row: wide columns make a row of any length.
-      file.flushIfLarge();
+      flush();
     }
     out.append("\n");
   }

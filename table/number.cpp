@@ -1,9 +1,12 @@
 #include "table/number.h"
 
+#include <charconv>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <string>
+#include <system_error>
 
 namespace {
 
@@ -14,44 +17,36 @@ constexpr bool isDecimalDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// Up to 15 digits fit a double exactly, and so do the powers of ten that they need.
-constexpr int maxExactDigits = 15;
-constexpr double powersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+// Where the library cannot convert floating point without a locale, the C library does the same
+// more slowly. The program sets no locale.
+#if defined(__cpp_lib_to_chars) && __cpp_lib_to_chars >= 201611L
 
-/// Plain decimals such as -12.345: an exact integer over an exact power of ten is one correctly
-/// rounded division, hence the very value of `strtod`. Returns false for anything else.
-bool parsePlainDecimal(std::string_view text, double& value) {
-  std::size_t at = 0;
-  const bool negative = !text.empty() && text[0] == '-';
-  if (negative) {
-    at = 1;
-  }
-  std::int64_t mantissa = 0;
-  int digits = 0;
-  int decimals = 0;
-  bool pointSeen = false;
-  for (; at < text.size(); ++at) {
-    const char c = text[at];
-    if (isDecimalDigit(c)) {
-      if (++digits > maxExactDigits) {
-        return false;
-      }
-      mantissa = mantissa * 10 + (c - '0');
-      decimals += pointSeen ? 1 : 0;
-    } else if (c == '.' && !pointSeen) {
-      pointSeen = true;
-    } else {
-      return false;
-    }
-  }
-  if (digits == 0) {
-    return false;
-  }
-  const double size = static_cast<double>(mantissa) / powersOfTen[decimals];
-  value = negative ? -size : size;
-  return true;
+/// False for what the two libraries may read differently, text after a number for instance.
+bool parseWhole(std::string_view text, double& value) {
+  const char* const end = text.data() + text.size();
+  const auto [stopped, error] = std::from_chars(text.data(), end, value);
+  return error == std::errc() && stopped == end;
 }
+
+std::size_t print(double value, bool fixed, int precision, char* room, std::size_t size) {
+  const auto format = fixed ? std::chars_format::fixed : std::chars_format::general;
+  const auto [end, error] = std::to_chars(room, room + size, value, format, precision);
+  return error == std::errc() ? static_cast<std::size_t>(end - room) : 0;
+}
+
+#else
+
+bool parseWhole(std::string_view /*text*/, double& /*value*/) {
+  return false;
+}
+
+std::size_t print(double value, bool fixed, int precision, char* room, std::size_t size) {
+  const int length = std::snprintf(room, size, fixed ? "%.*f" : "%.*g", precision, value);
+  return length > 0 && static_cast<std::size_t>(length) < size ? static_cast<std::size_t>(length)
+                                                               : 0;
+}
+
+#endif
 
 } // namespace
 
@@ -95,7 +90,7 @@ int parseInt(std::string_view text) {
 double parseDouble(std::string_view text) {
   double value = 0.0;
   text = trimmed(text);
-  if (text.empty() || parsePlainDecimal(text, value)) {
+  if (text.empty() || parseWhole(text, value)) {
     return value;
   }
   return std::strtod(std::string(text).c_str(), nullptr);
@@ -103,4 +98,18 @@ double parseDouble(std::string_view text) {
 
 float parseFloat(std::string_view text) {
   return static_cast<float>(parseDouble(text));
+}
+
+std::string_view intText(int value, IntText& room) {
+  const std::to_chars_result end = std::to_chars(room.data(), room.data() + room.size(), value);
+  return {room.data(), static_cast<std::size_t>(end.ptr - room.data())};
+}
+
+std::string_view fixedText(double value, int precision, FixedText& room) {
+  return {room.data(), print(value, true, precision, room.data(), room.size())};
+}
+
+std::string_view generalText(double value, GeneralText& room) {
+  constexpr int digits = 6;
+  return {room.data(), print(value, false, digits, room.data(), room.size())};
 }

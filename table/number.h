@@ -1,12 +1,13 @@
 #pragma once
 
+#include <array>
 #include <string_view>
 
-/// Text to number, in one place.
+/// Text to number and number to text, in one place.
 ///
-/// The functions below follow the C library: leading white space and a sign are accepted, the
-/// conversion stops at the first foreign character, and text that holds no number is 0. They do
-/// not depend on the locale.
+/// Nothing here depends on the locale. Text to number follows the C library: leading white space
+/// and a sign are accepted, the conversion stops at the first foreign character, and text that
+/// holds no number is 0.
 
 /// The text without white space (the blank and the codes 9 to 13) at its ends.
 std::string_view trimmed(std::string_view text);
@@ -20,3 +21,15 @@ double parseDouble(std::string_view text);
 /// `parseDouble` rounded to single precision. Text reaches `float` through `double` everywhere, so
 /// that a table gives the same values to every reader.
 float parseFloat(std::string_view text);
+
+/// Room for the texts below.
+using IntText = std::array<char, 12>;
+using FixedText = std::array<char, 64>;
+using GeneralText = std::array<char, 32>;
+
+/// What printf prints for "%d".
+std::string_view intText(int value, IntText& room);
+/// What printf prints for "%.*f"; empty when that needs more than the room.
+std::string_view fixedText(double value, int precision, FixedText& room);
+/// What printf prints for "%.6g".
+std::string_view generalText(double value, GeneralText& room);

@@ -1,83 +1,87 @@
 #include "table/row_store.h"
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
-#include <memory>
 
 namespace {
 
-constexpr std::size_t firstBlockSize = std::size_t{4} * 1024;
 /// Cells that a row gets at once, if there are so many names.
 constexpr std::size_t fewestCells = 8;
 
+std::size_t hashOf(Cell value1, Cell value2) {
+  const std::hash<std::string_view> hash;
+  return hash(value1) * 31 + hash(value2);
+}
+
 } // namespace
 
-void* Arena::allocate(std::size_t size) {
-  if (blocks_.empty() || capacity_ - used_ < size) {
-    const std::size_t next = std::min(std::max(capacity_ * 2, firstBlockSize), largestBlock_);
-    capacity_ = std::max(next, size);
-    used_ = 0;
-    blocks_.emplace_back(new char[capacity_]);
+std::string_view TextPool::keep(std::string_view text) {
+  constexpr std::size_t smallestBlock = 512;
+  constexpr std::size_t largestBlock = std::size_t{256} * 1024;
+  if (blocks_.empty() || blocks_.back().capacity() - blocks_.back().size() < text.size()) {
+    const std::size_t last = blocks_.empty() ? 0 : blocks_.back().capacity();
+    blocks_.emplace_back().reserve(
+        std::max(text.size(), std::min(std::max(2 * last, smallestBlock), largestBlock)));
   }
-  char* const start = blocks_.back().get() + used_;
-  used_ += size;
-  return start;
+  std::string& block = blocks_.back(); // never filled beyond its room, so it stays in place
+  block.append(text);
+  return std::string_view(block).substr(block.size() - text.size());
 }
 
-PackedCell* Arena::allocateCells(std::size_t count) {
-  // Blocks begin aligned, and cells follow nothing but cells.
-  PackedCell* const cells = static_cast<PackedCell*>(allocate(count * sizeof(PackedCell)));
-  std::uninitialized_default_construct_n(cells, count);
-  return cells;
+RowStore::RowStore(const RowStore& other) {
+  *this = other;
 }
 
-std::string_view Arena::keep(std::string_view text) {
-  char* const start = static_cast<char*>(allocate(std::max<std::size_t>(text.size(), 1)));
-  if (!text.empty()) {
-    std::memcpy(start, text.data(), text.size());
+RowStore& RowStore::operator=(const RowStore& other) {
+  if (this == &other) {
+    return *this;
   }
-  return {start, text.size()};
+  reset();
+  for (const std::string* const name : other.names_) {
+    slot(*name);
+  }
+  rows_ = other.rows_;
+  cells_ = other.cells_;
+  sharedTexts_ = other.sharedTexts_;
+  shareText(other);
+  return *this;
 }
 
-void Arena::clear() {
-  blocks_.clear();
-  used_ = 0;
-  capacity_ = 0;
+void RowStore::share(const Owner& text) {
+  if (text != nullptr &&
+      std::find(sharedTexts_.begin(), sharedTexts_.end(), text) == sharedTexts_.end()) {
+    sharedTexts_.push_back(text);
+  }
+}
+
+void RowStore::shareText(const RowStore& other) {
+  share(other.ownText_);
+  for (const Owner& text : other.sharedTexts_) {
+    share(text);
+  }
+}
+
+void RowStore::reserve(std::size_t count) {
+  rows_.reserve(count);
+  cells_.reserve(count * names_.size());
 }
 
 RowStore::Slot RowStore::slot(std::string_view name) {
   if (const std::optional<Slot> known = findSlot(name)) {
     return *known;
   }
-  const Slot added = static_cast<Slot>(names_.size());
-  names_.emplace_back(name);
-  if (firstNames_.size() < fewestCells) {
-    firstNames_.push_back(names_.back());
-  }
-  slotsByName_.emplace(names_.back(), added);
+  const Slot added = names_.size();
+  names_.push_back(&slotsByName_.emplace(name, added).first->first);
   return added;
 }
 
 std::optional<RowStore::Slot> RowStore::findSlot(std::string_view name) const {
-  // Most tables have few names, and comparing a few is quicker than hashing.
-  for (Slot slot = 0; slot < firstNames_.size(); ++slot) {
-    if (firstNames_[slot] == name) {
-      return slot;
-    }
-  }
-  if (firstNames_.size() == names_.size()) {
-    return std::nullopt;
-  }
   const auto found = slotsByName_.find(name);
-  if (found == slotsByName_.end()) {
-    return std::nullopt;
-  }
-  return found->second;
+  return found == slotsByName_.end() ? std::nullopt : std::optional<Slot>(found->second);
 }
 
 std::size_t RowStore::findOrInsert(int number) {
-  const Row empty{number, 0, 0, nullptr};
+  const Row empty{number, 0, cells_.size()};
   if (rows_.empty() || rows_.back().number < number) {
     indexes_.clear();
     rows_.push_back(empty);
@@ -94,83 +98,87 @@ std::size_t RowStore::findOrInsert(int number) {
 }
 
 void RowStore::set(std::size_t position, Slot slot, std::string_view text) {
-  setView(position, slot, texts_.keep(text));
+  if (ownText_ == nullptr) {
+    ownText_ = std::make_shared<TextPool>();
+  }
+  setView(position, slot, ownText_->keep(text));
 }
 
-void RowStore::setView(std::size_t position, Slot slot, std::string_view text) {
+void RowStore::setView(std::size_t position, Slot slot, Cell text) {
   Row& row = rows_[position];
-  if (slot >= row.width || row.shared) {
+  if (slot >= row.width) {
     // At least doubled, so that setting all cells one by one stays linear.
-    const std::size_t wanted = std::max(fewestCells, 2 * std::size_t{row.width});
-    copyCells(row, std::max<std::size_t>(slot + 1, std::min(wanted, names_.size())));
+    const std::size_t wanted = std::max(fewestCells, 2 * row.width);
+    widen(row, std::max(slot + 1, std::min(wanted, names_.size())));
   }
   if (!indexes_.empty()) {
     forgetIndexesOf(slot);
   }
-  row.cells[slot] = packed(text);
+  cells_[row.firstCell + slot] = text;
 }
 
-PackedCell RowStore::packed(Cell text) {
-  if (text.size() < PackedCell::shortestLong) {
-    return PackedCell(text);
+void RowStore::widen(Row& row, std::size_t width) {
+  if (row.firstCell + row.width != cells_.size()) {
+    // Not the last row: its cells move behind all others.
+    const std::size_t moved = cells_.size();
+    for (std::size_t slot = 0; slot < row.width; ++slot) {
+      cells_.push_back(cells_[row.firstCell + slot]);
+    }
+    row.firstCell = moved;
   }
-  longCells_.push_back(text);
-  return PackedCell(&longCells_.back());
+  row.width = width;
+  cells_.resize(row.firstCell + width);
 }
 
 void RowStore::setRow(std::size_t position, const std::vector<Slot>& slots,
-                      const std::vector<std::string_view>& texts) {
+                      const std::vector<std::string_view>& texts, const Owner& owner) {
+  share(owner);
   Row& row = rows_[position];
-  if (row.shared || row.width < names_.size()) {
-    copyCells(row, names_.size());
+  if (row.width < names_.size()) {
+    widen(row, names_.size());
   }
   indexes_.clear();
   for (std::size_t i = 0; i < slots.size(); ++i) {
-    row.cells[slots[i]] = packed(texts[i]);
+    cells_[row.firstCell + slots[i]] = texts[i];
   }
 }
 
 std::size_t RowStore::appendCopy(int number, const RowStore& from, std::size_t position) {
+  if (&from != this) {
+    shareText(from);
+  }
   const std::size_t added = findOrInsert(number);
-  const Row& source = from.rows_[position];
+  const Row source = from.rows_[position];
   if (sharesLayout(from, source.width)) {
-    rows_[added].width = source.width;
-    rows_[added].shared = 1;
-    rows_[added].cells = source.cells;
+    widen(rows_[added], source.width);
+    std::copy_n(from.cells_.begin() + static_cast<std::ptrdiff_t>(source.firstCell), source.width,
+                cells_.begin() + static_cast<std::ptrdiff_t>(rows_[added].firstCell));
     return added;
   }
   for (Slot column = 0; column < source.width; ++column) {
-    const Cell text = source.cells[column].view();
+    const Cell text = from.cells_[source.firstCell + column];
     if (text.data() != nullptr) {
-      setView(added, slot(from.names_[column]), text);
+      setView(added, slot(*from.names_[column]), text);
     }
   }
   return added;
 }
 
+/// Whether the first slots of both stores have the same names.
 bool RowStore::sharesLayout(const RowStore& other, std::size_t width) const {
   return width <= names_.size() &&
          std::equal(names_.begin(), names_.begin() + static_cast<std::ptrdiff_t>(width),
-                    other.names_.begin());
-}
-
-void RowStore::copyCells(Row& row, std::size_t width) {
-  PackedCell* const cells = cells_.allocateCells(width);
-  std::copy_n(row.cells, row.width, cells);
-  row.cells = cells;
-  row.width = static_cast<std::uint32_t>(width) & 0x7FFFFFFFU;
-  row.shared = 0;
+                    other.names_.begin(),
+                    [](const std::string* a, const std::string* b) { return *a == *b; });
 }
 
 std::size_t RowStore::firstMatch(Slot slot, std::string_view value) const {
-  return firstMatch(slot, value, noSlot, std::string_view());
+  return firstMatch(slot, value, noSlot, Cell());
 }
 
 std::size_t RowStore::firstMatch(Slot slot1, std::string_view value1, Slot slot2,
                                  std::string_view value2) const {
-  const Index& built = index(slot1, slot2);
-  const std::uint32_t found = built.places[placeOf(built, value1, value2).at];
-  return found == 0 ? npos : found - 1;
+  return findIn(index(slot1, slot2), hashOf(value1, value2), value1, value2);
 }
 
 const RowStore::Index& RowStore::index(Slot first, Slot second) const {
@@ -184,36 +192,27 @@ const RowStore::Index& RowStore::index(Slot first, Slot second) const {
 }
 
 RowStore::Index RowStore::buildIndex(Slot first, Slot second) const {
-  std::size_t count = 4;
-  while (count / 4 * 3 < rows_.size()) {
-    count *= 2;
-  }
-  Index built{first, second, std::vector<std::uint32_t>(count), std::vector<std::uint8_t>(count)};
+  Index built{first, second, {}};
+  built.positions.reserve(rows_.size());
   for (std::size_t position = 0; position < rows_.size(); ++position) {
-    const Place place = placeOf(built, cellAt(position, first), cellAt(position, second));
-    if (built.places[place.at] == 0) {
-      built.places[place.at] = static_cast<std::uint32_t>(position + 1);
-      built.tags[place.at] = place.tag;
+    const Cell value1 = cellAt(position, first);
+    const Cell value2 = cellAt(position, second);
+    const std::size_t hash = hashOf(value1, value2);
+    if (findIn(built, hash, value1, value2) == npos) {
+      built.positions.emplace(hash, position);
     }
   }
   return built;
 }
 
-/// Where the first row with these two cells stands in the index, or the free place for it.
-RowStore::Place RowStore::placeOf(const Index& index, std::string_view value1,
-                                  std::string_view value2) const {
-  const std::hash<std::string_view> hashOf;
-  const std::size_t hash = hashOf(value1) * 31 + hashOf(value2);
-  const std::size_t mask = index.places.size() - 1;
-  Place place{hash & mask, static_cast<std::uint8_t>(hash >> 56)};
-  for (; index.places[place.at] != 0; place.at = (place.at + 1) & mask) {
-    const std::size_t position = index.places[place.at] - 1;
-    if (index.tags[place.at] == place.tag && cellAt(position, index.first) == value1 &&
-        cellAt(position, index.second) == value2) {
-      break;
+std::size_t RowStore::findIn(const Index& index, std::size_t hash, Cell value1, Cell value2) const {
+  const auto [first, last] = index.positions.equal_range(hash);
+  for (auto at = first; at != last; ++at) {
+    if (cellAt(at->second, index.first) == value1 && cellAt(at->second, index.second) == value2) {
+      return at->second;
     }
   }
-  return place;
+  return npos;
 }
 
 void RowStore::forgetIndexesOf(Slot slot) {
@@ -225,15 +224,14 @@ void RowStore::forgetIndexesOf(Slot slot) {
 
 void RowStore::clear() {
   rows_.clear();
-  indexes_.clear();
   cells_.clear();
-  texts_.clear();
-  longCells_.clear();
+  indexes_.clear();
+  ownText_.reset();
+  sharedTexts_.clear();
 }
 
 void RowStore::reset() {
   clear();
-  names_.clear();
-  firstNames_.clear();
   slotsByName_.clear();
+  names_.clear();
 }

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <deque>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,84 +12,41 @@
 /// Text of one cell. A cell that was never set has no data pointer and reads as empty text.
 using Cell = std::string_view;
 
-/// A cell in eight bytes, since the memory of a large table is most of its cost: address and size
-/// of a text share one number. Addresses of a process take 48 bits on the processors this is built
-/// for, which leaves 16 for the size; a longer text is kept as a `Cell` that the address leads to.
-class PackedCell {
+/// Text that stays in place, so that views of it hold as long as the pool does.
+class TextPool {
  public:
-  static constexpr std::size_t shortestLong = 0xFFFF;
-
-  /// A missing cell.
-  PackedCell() = default;
-  /// A text shorter than `shortestLong`.
-  explicit PackedCell(Cell text) : PackedCell(text.data(), text.size()) {}
-  /// A longer text; the cell it is kept in must stay where it is.
-  explicit PackedCell(const Cell* kept) : PackedCell(kept, shortestLong) {}
-
-  Cell view() const {
-    const std::size_t size = bits_ & shortestLong;
-    // NOLINTNEXTLINE(performance-no-int-to-ptr,*-reinterpret-cast): it was a pointer before
-    const void* const address = reinterpret_cast<const void*>(bits_ >> sizeBits);
-    return size < shortestLong ? Cell(static_cast<const char*>(address), size)
-                               : *static_cast<const Cell*>(address);
-  }
-
- private:
-  static constexpr unsigned sizeBits = 16;
-  static_assert(sizeof(void*) == sizeof(std::uint64_t));
-
-  PackedCell(const void* address, std::size_t size)
-      // NOLINTNEXTLINE(*-reinterpret-cast): an address as a number, to share it with the size
-      : bits_(reinterpret_cast<std::uintptr_t>(address) << sizeBits | size) {}
-
-  std::uint64_t bits_ = 0;
-};
-
-/// Memory that only grows and never moves, so that views into it stay valid.
-class Arena {
- public:
-  /// \param largestBlock  size up to which blocks double, bytes
-  explicit Arena(std::size_t largestBlock) : largestBlock_(largestBlock) {}
-
-  /// Room for so many empty cells, valid as long as the arena; one that keeps text has none.
-  PackedCell* allocateCells(std::size_t count);
-
-  /// A lasting copy of `text`; never a null pointer, not even for empty text.
+  /// A lasting copy; never a null pointer, not even for empty text.
   std::string_view keep(std::string_view text);
 
-  void clear();
-
  private:
-  void* allocate(std::size_t size);
-
-  std::vector<std::unique_ptr<char[]>> blocks_;
-  std::size_t largestBlock_;
-  std::size_t used_ = 0;
-  std::size_t capacity_ = 0;
+  std::deque<std::string> blocks_; ///< each filled up to the room it was made with
 };
 
 /// Numbered rows of named text cells: an ordered map from row number to a map from name to text,
-/// laid out so that a row costs one small array instead of a tree.
+/// laid out as one list of cells instead of a tree a row.
 ///
 /// Names are interned as slots; a row holds its cells by slot, up to about the highest one set, so
 /// that a row of few cells is small when their slots are. A row's *position* is its place in
 /// ascending order of row numbers, from 0. Appending at the end, reading a cell and the first
 /// match of a value are constant time; a row number that falls between others moves the row list.
+///
+/// A copy shares the text of the original, which neither of the two changes any more.
 class RowStore {
  public:
-  using Slot = std::uint32_t;
+  using Slot = std::size_t;
   static constexpr std::size_t npos = static_cast<std::size_t>(-1);
   /// A slot that no name has: all its cells are missing.
   static constexpr Slot noSlot = static_cast<Slot>(-1);
 
   RowStore() = default;
-  RowStore(const RowStore&) = delete;
-  RowStore& operator=(const RowStore&) = delete;
-  RowStore(RowStore&&) = default;
-  RowStore& operator=(RowStore&&) = default;
+  RowStore(const RowStore& other);
+  RowStore& operator=(const RowStore& other);
+  RowStore(RowStore&&) noexcept = default;
+  RowStore& operator=(RowStore&&) noexcept = default;
+  ~RowStore() = default;
 
-  /// Room for so many rows, so that adding them moves none.
-  void reserve(std::size_t count) { rows_.reserve(count); }
+  /// Room for so many rows with a cell for each name, so that adding them moves none.
+  void reserve(std::size_t count);
 
   /// Number of rows.
   std::size_t size() const { return rows_.size(); }
@@ -100,12 +56,12 @@ class RowStore {
   /// The slot of a name, if any row or column ever used it.
   std::optional<Slot> findSlot(std::string_view name) const;
   std::size_t slotCount() const { return names_.size(); }
-  const std::string& slotName(Slot slot) const { return names_[slot]; }
+  const std::string& slotName(Slot slot) const { return *names_[slot]; }
 
   int numberAt(std::size_t position) const { return rows_[position].number; }
   Cell cellAt(std::size_t position, Slot slot) const {
     const Row& row = rows_[position];
-    return slot < row.width ? row.cells[slot].view() : Cell();
+    return slot < row.width ? cells_[row.firstCell + slot] : Cell();
   }
 
   /// Position of the row with that number, an empty row being inserted when there is none.
@@ -113,17 +69,13 @@ class RowStore {
 
   /// Sets a cell to a lasting copy of `text`.
   void set(std::size_t position, Slot slot, std::string_view text);
-  /// Sets a cell to `text` itself, which must outlive the store (see `adopt`).
-  void setView(std::size_t position, Slot slot, std::string_view text);
-  /// Sets as many cells as there are slots, one each, to texts that must outlive the store.
+  /// What text lies in; kept as long as there are rows.
+  using Owner = std::shared_ptr<const void>;
+  /// Sets as many cells as there are slots, one each, to texts that lie in `owner`.
   void setRow(std::size_t position, const std::vector<Slot>& slots,
-              const std::vector<std::string_view>& texts);
-  /// Appends a row holding the cells of `from`'s row, which must neither change nor go as long as
-  /// this store has rows. Where both stores lay out rows alike, nothing is copied before it is set.
+              const std::vector<std::string_view>& texts, const Owner& owner);
+  /// Appends a row holding the cells of `from`'s row, whose text it shares.
   std::size_t appendCopy(int number, const RowStore& from, std::size_t position);
-
-  /// Keeps a file's bytes alive as long as the rows.
-  void adopt(std::unique_ptr<char[]> bytes) { adopted_.push_back(std::move(bytes)); }
 
   /// Position of the first row whose cell under `slot` equals `value`, or npos. The first call
   /// after a change of the rows or of that column builds a hash index in one pass.
@@ -140,43 +92,31 @@ class RowStore {
  private:
   struct Row {
     int number;
-    std::uint32_t width : 31;
-    /// Whether the cells belong to another store and are copied before one is set.
-    std::uint32_t shared : 1;
-    PackedCell* cells;
+    std::size_t width;     ///< number of cells
+    std::size_t firstCell; ///< in `cells_`
   };
-  /// Hash table of row positions by the cells under two slots; the cells are read from the rows, so
-  /// that a row costs 7 to 13 bytes.
+  /// Positions of rows by the hash of the cells under two slots, the first row of equal ones only.
   struct Index {
     Slot first;
     Slot second;
-    /// A power of two many, at most three quarters in use: position plus 1, or 0 for a free place.
-    std::vector<std::uint32_t> places;
-    /// A part of the hash of each place in use: rows that differ in it are not read, which would
-    /// cost more than all the rest.
-    std::vector<std::uint8_t> tags;
-  };
-  struct Place {
-    std::size_t at;
-    std::uint8_t tag;
+    std::unordered_multimap<std::size_t, std::size_t> positions;
   };
 
-  void copyCells(Row& row, std::size_t width);
-  PackedCell packed(Cell text);
+  void share(const Owner& text);
+  void shareText(const RowStore& other);
+  bool sharesLayout(const RowStore& other, std::size_t width) const;
+  void setView(std::size_t position, Slot slot, Cell text);
+  void widen(Row& row, std::size_t width);
   const Index& index(Slot first, Slot second) const;
   Index buildIndex(Slot first, Slot second) const;
-  Place placeOf(const Index& index, std::string_view value1, std::string_view value2) const;
-  bool sharesLayout(const RowStore& other, std::size_t width) const;
+  std::size_t findIn(const Index& index, std::size_t hash, Cell value1, Cell value2) const;
   void forgetIndexesOf(Slot slot);
 
-  std::deque<std::string> names_;
-  std::vector<std::string_view> firstNames_;               ///< views of the first of `names_`
-  std::unordered_map<std::string_view, Slot> slotsByName_; ///< keys are views of `names_`
+  std::map<std::string, Slot, std::less<>> slotsByName_;
+  std::vector<const std::string*> names_; ///< by slot, keys of the map
   std::vector<Row> rows_;
-  static constexpr std::size_t largestBlock = std::size_t{2048} * 1024;
-  Arena cells_{largestBlock};
-  Arena texts_{largestBlock / 8}; // rows have far more cells than new texts
-  std::vector<std::unique_ptr<char[]>> adopted_;
-  std::deque<Cell> longCells_;
+  std::vector<Cell> cells_;
+  std::shared_ptr<TextPool> ownText_; ///< made when first needed
+  std::vector<Owner> sharedTexts_;    ///< what cells lie in besides
   mutable std::vector<Index> indexes_;
 };

@@ -1,19 +1,24 @@
 #pragma once
 
-/// The one place where the program ends itself before `main` returns.
+#include <exception>
+#include <string>
+
+/// The end of a run before its last step: an input that is refused, the usage text, a check alone.
 ///
-/// Every refused input prints its own message and then calls `endRun`. Tests and fuzzers install a
-/// handler that throws, so that a refused input ends one case and not the process.
+/// Thrown by everything in the core that ends a run. The program prints the message, if there is
+/// one, on standard error and ends with the status; a caller with a process of its own reads both.
+class RunEnd : public std::exception {
+ public:
+  /// \param status   of the process; the shell sees its low eight bits
+  /// \param message  the line for standard error, with its newline; empty when all is said
+  explicit RunEnd(int status, std::string message = {})
+      : status_(status), message_(std::move(message)) {}
 
-/// A handler must not return: it ends the process or throws.
-using RunEndHandler = void (*)(int status);
+  int status() const { return status_; }
+  const std::string& message() const { return message_; }
+  const char* what() const noexcept override { return message_.c_str(); }
 
-/// Ends the run with `status` (the shell sees its low eight bits); never returns.
-[[noreturn]] void endRun(int status);
-
-/// Hands over what was printed on standard output, and says so on standard error when any of it was
-/// lost, on a full disk for instance. For every way out of the program.
-void finishOutput();
-
-/// Replaces what `endRun` does; a null handler restores `exit`. Returns the handler before.
-RunEndHandler setRunEndHandler(RunEndHandler handler);
+ private:
+  int status_;
+  std::string message_;
+};
