@@ -121,6 +121,9 @@ class CITRANS {
   /// residue without limits is bounded to 0. Adds an empty sequence entry for an unknown residue.
   float clipSShift(int residue, float secondaryShift, const std::string& atom);
 
+  /// The table of secondary shifts as it is saved.
+  std::string shiftTableText() const;
+
   /// Finds outlying secondary shifts and estimates referencing offsets: fills `shiftCheck` and
   /// `offsets`, then prints them; changes no shift.
   void checkCS();
@@ -256,8 +259,8 @@ class CITRANS {
   void applyOffsets();
   void applyOffset(std::size_t row);
   void reportOffset(const char* key, const char* nuclei);
-  GDB shiftTableToSave() const;
-  void save(const GDB& table, const std::string& name) const;
+  GDB shiftTableHeader() const;
+  void saveShiftTable() const;
   void printNameMismatches() const;
   void printShiftCheck() const;
 

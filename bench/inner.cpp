@@ -50,11 +50,11 @@ BENCHMARK(readCell);
 
 void printCell(benchmark::State& state) {
   const CellFormat format("%8.3f");
-  TextBuffer out;
+  std::string out;
   for (auto _ : state) {
-    out.cut(0);
+    out.clear();
     format.append(out, "171.100");
-    benchmark::DoNotOptimize(out.view().data());
+    benchmark::DoNotOptimize(out.data());
   }
 }
 BENCHMARK(printCell);

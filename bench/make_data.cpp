@@ -88,7 +88,7 @@ struct Place {
   float z;
 };
 
-void writeAtom(TextBuffer& out, int serial, const char* name, const char* residueName, int residue,
+void writeAtom(std::string& out, int serial, const char* name, const char* residueName, int residue,
                const Place& at) {
   char line[96];
   std::snprintf(line, sizeof line,

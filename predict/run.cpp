@@ -11,7 +11,9 @@ void CITRANS::predictInput() {
   getResInfo();
   predictProlines();
   printListing();
-  save(summary, sumName);
+  if (writesFiles) {
+    summary.saveGDB(sumName);
+  }
 }
 
 void CITRANS::predictProlines() {

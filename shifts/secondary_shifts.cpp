@@ -20,7 +20,7 @@ void CITRANS::getResInfo() {
   if (offsetOn) {
     applyOffsets();
   }
-  save(shiftTableToSave(), sumBase + "AdjCS.tab");
+  saveShiftTable();
   if (checkOnly) {
     throw RunEnd(-1);
   }

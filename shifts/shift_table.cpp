@@ -2,33 +2,42 @@
 #include "app/version.h"
 #include "table/number.h"
 
-GDB CITRANS::shiftTableToSave() const {
-  GDB output;
-  output.errors = errors;
-  output.copyHeader(shiftTable);
-  output.reserveRows(shiftTable.rowCount());
-  const GDB::Column shift = shiftTable.column("SHIFT");
-  for (std::size_t row = 0; row < shiftTable.rowCount(); ++row) {
-    if (parseDouble(shiftTable.cell(row, shift)) < shift::missingFrom) {
-      output.appendRowFrom(shiftTable, row);
-    }
-  }
-  output.addRemark("CITRANS Protein Secondary Chemical Shift Table for " + inName);
+namespace {
+
+/// Which rows of the working table have a secondary shift.
+GDB::RowFilter withShift(const GDB& table) {
+  const GDB::Column column = table.column("SHIFT");
+  return [&table, column](std::size_t row) {
+    return parseDouble(table.cell(row, column)) < shift::missingFrom;
+  };
+}
+
+} // namespace
+
+GDB CITRANS::shiftTableHeader() const {
+  GDB header;
+  header.errors = errors;
+  header.copyHeader(shiftTable);
+  header.addRemark("CITRANS Protein Secondary Chemical Shift Table for " + inName);
   for (const char* remark :
        {"", " SHIFT is secondary chemical shift", "", " CS_OBS is the original chemical shift", "",
         " CS_ADJ is the adjustment used to calculate SHIFT", "", "Reference:"}) {
-    output.addRemark(remark);
+    header.addRemark(remark);
   }
   for (const char* line : origin::citation) {
-    output.addRemark(line);
+    header.addRemark(line);
   }
-  output.addRemark("");
-  output.addRemark(origin::version);
-  return output;
+  header.addRemark("");
+  header.addRemark(origin::version);
+  return header;
 }
 
-void CITRANS::save(const GDB& table, const std::string& name) const {
+void CITRANS::saveShiftTable() const {
   if (writesFiles) {
-    table.saveGDB(name);
+    shiftTableHeader().saveGDB(sumBase + "AdjCS.tab", shiftTable, withShift(shiftTable));
   }
+}
+
+std::string CITRANS::shiftTableText() const {
+  return shiftTableHeader().text(shiftTable, withShift(shiftTable));
 }

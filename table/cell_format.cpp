@@ -32,6 +32,24 @@ std::string withShortNumbers(const std::string& conversion) {
   return cut;
 }
 
+/// Decimals of a number that printf prints as it stands, but for zeros at its end: a plain decimal
+/// such as -12.345 of no more digits than survive the way through a double. -1 for any other text.
+int decimalsAsTheyStand(std::string_view text) {
+  constexpr std::size_t exactDigits = 15;
+  const std::string_view digits = text.substr(text.substr(0, 1) == "-" ? 1 : 0);
+  const std::size_t point = std::min(digits.find('.'), digits.size());
+  const bool zeros = point > 1 && digits[0] == '0';
+  if (point == 0 || zeros || digits.size() > exactDigits) {
+    return -1;
+  }
+  for (std::size_t at = 0; at < digits.size(); ++at) {
+    if (at != point && !GDB::isDigit(digits[at])) {
+      return -1;
+    }
+  }
+  return static_cast<int>(digits.size() - std::min(point + 1, digits.size()));
+}
+
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 /// `format` is one checked conversion for a value of this type.
@@ -78,13 +96,11 @@ void CellFormat::append(std::string& out, std::string_view cell) const {
   if (kind_ == Kind::none) {
     return;
   }
-  out += before_;
   if (kind_ == Kind::text) {
     appendText(out, cell);
   } else {
     appendNumber(out, cell);
   }
-  out += after_;
 }
 
 void CellFormat::appendText(std::string& out, std::string_view cell) const {
@@ -93,7 +109,7 @@ void CellFormat::appendText(std::string& out, std::string_view cell) const {
   if (plain_) {
     appendPadded(out, precision_ < 0 ? text : text.substr(0, static_cast<std::size_t>(precision_)));
   } else {
-    out += printedValue(printf_, std::string(text).c_str());
+    out += before_ + printedValue(printf_, std::string(text).c_str()) + after_;
   }
 }
 
@@ -104,8 +120,11 @@ void CellFormat::appendNumber(std::string& out, std::string_view cell) const {
       IntText text;
       appendPadded(out, intText(value, text));
     } else {
-      out += printedValue(printf_, value);
+      out += before_ + printedValue(printf_, value) + after_;
     }
+    return;
+  }
+  if (appendAsItStands(out, cell)) {
     return;
   }
   const double value = parseDouble(cell);
@@ -113,13 +132,33 @@ void CellFormat::appendNumber(std::string& out, std::string_view cell) const {
   const std::string_view fixed =
       plain_ && precision_ >= 0 ? fixedText(value, precision_, text) : std::string_view();
   if (fixed.empty()) {
-    out += printedValue(printf_, value);
+    out += before_ + printedValue(printf_, value) + after_;
   } else {
     appendPadded(out, fixed);
   }
 }
 
+/// Most cells of a shift table: to read and print their numbers would take twice as long.
+bool CellFormat::appendAsItStands(std::string& out, std::string_view cell) const {
+  const int decimals = decimalsAsTheyStand(cell);
+  if (!plain_ || decimals < 1 || decimals > precision_) {
+    return false;
+  }
+  FixedText text;
+  const std::size_t zeros = static_cast<std::size_t>(precision_ - decimals);
+  if (cell.size() + zeros > text.size()) {
+    return false;
+  }
+  std::fill_n(text.begin() + cell.copy(text.data(), cell.size()), zeros, '0');
+  appendPadded(out, {text.data(), cell.size() + zeros});
+  return true;
+}
+
 void CellFormat::appendPadded(std::string& out, std::string_view text) const {
-  const std::size_t blanks = width_ > text.size() ? width_ - text.size() : 0;
-  out.append(left_ ? 0 : blanks, ' ').append(text).append(left_ ? blanks : 0, ' ');
+  const std::size_t size = std::max(width_, text.size());
+  const std::size_t field = out.size() + before_.size();
+  out.resize(field + size + after_.size(), ' ');
+  before_.copy(&out[field - before_.size()], before_.size());
+  text.copy(&out[left_ ? field : field + size - text.size()], text.size());
+  after_.copy(&out[field + size], after_.size());
 }

@@ -22,6 +22,7 @@ class CellFormat {
   void readFlags();
   void appendText(std::string& out, std::string_view cell) const;
   void appendNumber(std::string& out, std::string_view cell) const;
+  bool appendAsItStands(std::string& out, std::string_view cell) const;
   void appendPadded(std::string& out, std::string_view text) const;
 
   Kind kind_ = Kind::none;

@@ -54,6 +54,13 @@ class GDB {
   /// What `saveGDB` writes.
   std::string text() const;
 
+  /// Rows of a table by position.
+  using RowFilter = std::function<bool(std::size_t)>;
+  /// The same with the rows of another table that are wanted in place of this one's, which spares a
+  /// copy of them. Both have the same columns, as after `copyHeader`.
+  void saveGDB(const std::string& fileName, const GDB& rows, const RowFilter& wanted) const;
+  std::string text(const GDB& rows, const RowFilter& wanted) const;
+
   /// The name given to the last `loadGDB`.
   const std::string& fileName() const { return fileName_; }
 
@@ -209,10 +216,10 @@ class GDB {
 
   // Writer steps. `flush` may empty the text that was written so far.
   using Flush = std::function<void()>;
-  void write(std::string& out, const Flush& flush) const;
+  void write(std::string& out, const Flush& flush, const GDB& rows, const RowFilter& wanted) const;
   void writeHeader(std::string& out) const;
   void writeSequenceItem(std::string& out, const std::string& item) const;
-  void writeRows(std::string& out, const Flush& flush) const;
+  void writeRows(std::string& out, const Flush& flush, const RowFilter& wanted) const;
 
   void findColumnSlots();
   void setColumn(std::size_t index, const std::string& name, const std::string& format);

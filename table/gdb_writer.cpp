@@ -6,12 +6,22 @@
 namespace {
 /// Letters of a sequence on one line.
 constexpr std::size_t sequenceLineLength = 55;
+
+bool everyRow(std::size_t /*position*/) {
+  return true;
+}
+
 } // namespace
 
 void GDB::saveGDB(const std::string& fileName) const {
+  saveGDB(fileName, *this, everyRow);
+}
+
+void GDB::saveGDB(const std::string& fileName, const GDB& rows, const RowFilter& wanted) const {
   OutputFile file(fileName);
   if (file.good()) {
-    write(file.buffer(), [&file] { file.flushIfLarge(); });
+    write(
+        file.buffer(), [&file] { file.flushIfLarge(); }, rows, wanted);
   }
   if (!file.close()) {
     errors("\tCan't save file " + messageText(fileName) + "\n");
@@ -19,16 +29,22 @@ void GDB::saveGDB(const std::string& fileName) const {
 }
 
 std::string GDB::text() const {
+  return text(*this, everyRow);
+}
+
+std::string GDB::text(const GDB& rows, const RowFilter& wanted) const {
   std::string text;
-  write(text, [] {});
+  write(
+      text, [] {}, rows, wanted);
   return text;
 }
 
-void GDB::write(std::string& out, const Flush& flush) const {
+void GDB::write(std::string& out, const Flush& flush, const GDB& rows,
+                const RowFilter& wanted) const {
   if (!plaintext_) {
     writeHeader(out);
   }
-  writeRows(out, flush);
+  rows.writeRows(out, flush, wanted);
 }
 
 void GDB::writeHeader(std::string& out) const {
@@ -69,12 +85,15 @@ void GDB::writeSequenceItem(std::string& out, const std::string& item) const {
   }
 }
 
-void GDB::writeRows(std::string& out, const Flush& flush) const {
+void GDB::writeRows(std::string& out, const Flush& flush, const RowFilter& wanted) const {
   std::vector<CellFormat> formats;
   for (std::size_t column = 0; column < columnNames_.size(); ++column) {
     formats.emplace_back(column < columnFormats_.size() ? columnFormats_[column] : "");
   }
   for (std::size_t row = 0; row < rows_.size(); ++row) {
+    if (!wanted(row)) {
+      continue;
+    }
     for (std::size_t column = 0; column < formats.size(); ++column) {
       formats[column].append(out, rows_.cellAt(row, columnSlots_[column]));
       // Within the row: wide columns make a row of any length.

