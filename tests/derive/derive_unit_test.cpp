@@ -53,7 +53,8 @@ TEST(Limits, AreThePercentilesButNeverBoundACisProline) {
   EXPECT_DOUBLE_EQ(limits[letterIndex('A')][CA].lowest, 1);
   EXPECT_DOUBLE_EQ(limits[letterIndex('A')][CA].highest, 99);
   EXPECT_DOUBLE_EQ(limits[letterIndex('P')][CB].lowest, 0.01);
-  EXPECT_GT(limits[letterIndex('P')][CB].highest, 5.2);
+  EXPECT_DOUBLE_EQ(limits[letterIndex('P')][CB].highest, 8) << "8 ppm at least";
+  EXPECT_GT(findLimits(shifts, 9.1)[letterIndex('P')][CB].highest, 9.1);
   EXPECT_LT(limits[letterIndex('W')][CA].lowest, -900) << "three shifts make no percentile";
   EXPECT_DOUBLE_EQ(limits[letterCount][CA].highest, 99) << "the widest of all types";
 }
@@ -151,7 +152,7 @@ TEST(StatisticsFit, HasTheGradientOfFiniteDifferences) {
   }
   std::vector<double> gradient;
   std::vector<double> unused;
-  statisticsLoss(samples, plain, at, gradient);
+  statisticsLoss(samples, plain, at, 3, gradient);
   for (std::size_t i = 0; i < at.size(); ++i) {
     if (i / 4 == 6 || i / 4 == 11) {
       EXPECT_EQ(gradient[i], 0) << "a proline's N and HN meet no shift";
@@ -162,10 +163,30 @@ TEST(StatisticsFit, HasTheGradientOfFiniteDifferences) {
     std::vector<double> down = at;
     up[i] += step;
     down[i] -= step;
-    const double slope = (statisticsLoss(samples, plain, up, unused) -
-                          statisticsLoss(samples, plain, down, unused)) /
+    const double slope = (statisticsLoss(samples, plain, up, 3, unused) -
+                          statisticsLoss(samples, plain, down, 3, unused)) /
                          (2 * step);
     EXPECT_NEAR(gradient[i], slope, 1e-4 * (1 + std::fabs(slope))) << i;
+  }
+}
+
+TEST(StatisticsFit, DrawsTheFormsTogetherButForCbAndCgOfTheProline) {
+  // Means 10 apart and widths 1 and 7: the root mean square of the widths is 5, so D is 2; W is
+  // ln 7 in units of 0.5.
+  const double apart = 2 * 2 + std::pow(2 * std::log(7.0), 2);
+  for (std::size_t i = 0; i < statisticCount; ++i) {
+    ShiftStatistics plain;
+    plain.fill({0, 0, 1, 1});
+    plain[i] = {10, 0, 1, 7};
+    const std::vector<double> nowhere(statisticCount * 4 + 1, 0);
+    std::vector<double> gradient;
+    const bool free = i == 6 || i == 10 || i == 11 || i == 18;
+    EXPECT_NEAR(statisticsLoss({}, plain, nowhere, 3, gradient), free ? 0 : 1.5 * apart, 1e-12)
+        << i;
+    // The means come together, cis from above, and the widths too.
+    EXPECT_EQ(gradient[4 * i] > 0 && gradient[4 * i + 1] < 0, !free) << i;
+    EXPECT_EQ(gradient[4 * i + 2] < 0 && gradient[4 * i + 3] > 0, !free) << i;
+    EXPECT_EQ(statisticsLoss({}, plain, nowhere, 0, gradient), 0) << i;
   }
 }
 

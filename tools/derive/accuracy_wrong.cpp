@@ -8,7 +8,6 @@
 namespace derive {
 namespace {
 
-constexpr std::size_t prolineCb = atomCount + CB;
 /// Secondary CB that trans prolines hardly exceed, ppm: between the two forms.
 constexpr double middleCb = 1.2;
 /// Probabilities between which a call is a close one: log odds within 2 of even.

@@ -11,6 +11,9 @@ constexpr double highShare = 0.99;
 constexpr std::size_t fewestShifts = 50;
 /// Above the highest CB of the cis prolines of the training data, ppm.
 constexpr double cisCbMargin = 0.3;
+/// Real cis prolines at 4 to 5 ppm would meet a CB curve bent by wild shifts that are bounded just
+/// above them: those are let through as far as this, ppm.
+constexpr double leastHighestCb = 8;
 /// No shift of a real spectrum lies beyond, and 9999 stays above every reader's threshold.
 constexpr Limit unbounded = {-999, 998};
 
@@ -38,7 +41,7 @@ Limits findLimits(ShiftsByType shifts, double highestCisCb) {
       limit.lowest = percentile(values, lowShare);
       limit.highest = percentile(values, highShare);
       if (letter == letterIndex('P') && atom == CB) {
-        limit.highest = std::max(limit.highest, highestCisCb + cisCbMargin);
+        limit.highest = std::max({limit.highest, highestCisCb + cisCbMargin, leastHighestCb});
       }
       widest.lowest = std::min(widest.lowest, limit.lowest);
       widest.highest = std::max(widest.highest, limit.highest);

@@ -12,9 +12,9 @@ using ShiftsByType = std::array<std::array<std::vector<double>, atomCount>, lett
 
 /// The 1st and 99th percentile by letter and atom.
 ///
-/// CB of proline reaches a margin above `highestCisCb`, so that no cis proline is bounded. Types
-/// with too few shifts for percentiles, and atoms that do not exist, get limits that bound nothing;
-/// the last row the widest of all types.
+/// CB of proline reaches a margin above `highestCisCb`, so that no cis proline is bounded, and 8
+/// ppm at least. Types with too few shifts for percentiles, and atoms that do not exist, get limits
+/// that bound nothing; the last row the widest of all types.
 Limits findLimits(ShiftsByType shifts, double highestCisCb);
 
 /// Value below which a share of the values lies, linear between neighbours; sorts the values.

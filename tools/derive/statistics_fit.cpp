@@ -9,7 +9,7 @@ namespace derive {
 namespace {
 
 constexpr double logTransPerCis = 2.9444389791664403; // log 19
-/// Strength of the penalty, in nats for a move of one unit.
+/// Strength of the penalty on moves, in nats for a move of one unit.
 constexpr double penalty = 2;
 constexpr double factorPenalty = 0.01;
 /// One unit of a width: exp(0.5) times the plain one. Two units are the most.
@@ -33,6 +33,12 @@ double median(std::vector<double> values) {
   std::sort(values.begin(), values.end());
   const std::size_t middle = values.size() / 2;
   return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+/// Whether the penalty on the distance of the forms applies: CB and CG of the proline are what
+/// tells them apart.
+bool isDrawnTogether(std::size_t index) {
+  return meetsShift(index) && index != prolineCb && index != cgIndex;
 }
 
 bool isFree(std::size_t parameter) {
@@ -112,9 +118,46 @@ double sampleLoss(const TrainingSample& sample, const ShiftStatistics& plain,
   return share * hidden + (1 - share) * given;
 }
 
+/// The penalty that holds every parameter near 0, and its gradient.
+double penaltyOfMoves(const std::vector<double>& parameters, std::vector<double>& gradient) {
+  double loss = 0;
+  for (std::size_t i = 0; i < parameterCount; ++i) {
+    const double strength = i == factorPlace ? factorPenalty : penalty;
+    loss += 0.5 * strength * parameters[i] * parameters[i];
+    gradient[i] = isFree(i) ? gradient[i] + strength * parameters[i] : 0;
+  }
+  return loss;
+}
+
+/// The penalty that draws the two forms together, and its gradient.
+double penaltyOfDistance(const ShiftStatistics& plain, const std::vector<double>& parameters,
+                         double strength, std::vector<double>& gradient) {
+  double loss = 0;
+  for (std::size_t i = 0; i < statisticCount; ++i) {
+    if (!isDrawnTogether(i)) {
+      continue;
+    }
+    const ShiftStatistic& from = plain[i];
+    const double* p = &parameters[i * perIndex];
+    double* g = &gradient[i * perIndex];
+    const double unit =
+        std::sqrt((from.cisWidth * from.cisWidth + from.transWidth * from.transWidth) / 2);
+    const double means =
+        (from.cisMean + from.cisWidth * p[0] - from.transMean - from.transWidth * p[1]) / unit;
+    const double widths = std::log(from.cisWidth / from.transWidth) / widthUnit + p[2] - p[3];
+    loss += 0.5 * strength * (means * means + widths * widths);
+    g[0] += strength * means * from.cisWidth / unit;
+    g[1] -= strength * means * from.transWidth / unit;
+    g[2] += strength * widths;
+    g[3] -= strength * widths;
+  }
+  return loss;
+}
+
 struct Problem {
   const std::vector<TrainingSample>& samples;
   const ShiftStatistics& plain;
+  double drawing;
   std::vector<double> slope;
   int evaluations;
 };
@@ -122,8 +165,9 @@ struct Problem {
 double evaluate(unsigned count, const double* parameters, double* gradient, void* data) {
   Problem& problem = *static_cast<Problem*>(data);
   ++problem.evaluations;
-  const double loss = statisticsLoss(problem.samples, problem.plain,
-                                     {parameters, parameters + count}, problem.slope);
+  const double loss =
+      statisticsLoss(problem.samples, problem.plain, {parameters, parameters + count},
+                     problem.drawing, problem.slope);
   if (gradient != nullptr) {
     std::copy(problem.slope.begin(), problem.slope.end(), gradient);
   }
@@ -172,24 +216,21 @@ ShiftStatistics robustStatistics(const std::vector<TrainingSample>& samples) {
 }
 
 double statisticsLoss(const std::vector<TrainingSample>& samples, const ShiftStatistics& plain,
-                      const std::vector<double>& parameters, std::vector<double>& gradient) {
+                      const std::vector<double>& parameters, double drawing,
+                      std::vector<double>& gradient) {
   gradient.assign(parameterCount, 0);
   const ShiftStatistics now = decode(plain, parameters);
   double loss = 0;
   for (const TrainingSample& sample : samples) {
     loss += sampleLoss(sample, plain, now, parameters[factorPlace], gradient);
   }
-  for (std::size_t i = 0; i < parameterCount; ++i) {
-    const double strength = i == factorPlace ? factorPenalty : penalty;
-    loss += 0.5 * strength * parameters[i] * parameters[i];
-    gradient[i] = isFree(i) ? gradient[i] + strength * parameters[i] : 0;
-  }
-  return loss;
+  loss += penaltyOfMoves(parameters, gradient);
+  return loss + penaltyOfDistance(plain, parameters, drawing, gradient);
 }
 
 FittedStatistics fitStatistics(const std::vector<TrainingSample>& samples,
-                               const ShiftStatistics& plain) {
-  Problem problem = {samples, plain, {}, 0};
+                               const ShiftStatistics& plain, double drawing) {
+  Problem problem = {samples, plain, drawing, {}, 0};
   const std::unique_ptr<nlopt_opt_s, void (*)(nlopt_opt)> optimiser(
       nlopt_create(NLOPT_LD_LBFGS, static_cast<unsigned>(parameterCount)), nlopt_destroy);
   const std::vector<double> most = largestParameters();
@@ -205,7 +246,7 @@ FittedStatistics fitStatistics(const std::vector<TrainingSample>& samples,
   // A negative result says that the line search has come to the last digit: the parameters are
   // then the best found.
   nlopt_optimize(optimiser.get(), parameters.data(), &loss);
-  loss = statisticsLoss(samples, plain, parameters, problem.slope);
+  loss = statisticsLoss(samples, plain, parameters, drawing, problem.slope);
   return {decode(plain, parameters), std::exp(parameters[factorPlace]), loss, problem.evaluations};
 }
 

@@ -12,6 +12,12 @@
 /// that make P_CIS_NORM the probability of the labels, at the formula's 1 cis to 19 trans, with
 /// the neighbour frequencies times one common factor. A quadratic penalty holds every mean (in
 /// units of its deviation) and the logarithm of every deviation near the plain ones.
+///
+/// A second penalty draws the two forms together, for every shift but CB and CG of the proline:
+/// drawing / 2 times (D squared plus W squared), with D the distance of the cis and trans means in
+/// units of the root mean square of their plain deviations, and W the logarithm of the ratio of the
+/// deviations in units of 0.5. The shifts of a triplet repeat each other, and a product of
+/// Gaussians counts each repetition.
 namespace derive {
 
 /// What the fit sees of one proline.
@@ -34,12 +40,17 @@ struct FittedStatistics {
 /// values for indices that never meet a shift, and for those with too few samples of a class.
 ShiftStatistics robustStatistics(const std::vector<TrainingSample>& samples);
 
+/// Strength of the second penalty for the tables that ship, in nats. Chosen once, by the folds of
+/// the cross-validation; docs/accuracy.md compares it with a choice within each training fold.
+constexpr double shippedDrawing = 5;
+
 FittedStatistics fitStatistics(const std::vector<TrainingSample>& samples,
-                               const ShiftStatistics& plain);
+                               const ShiftStatistics& plain, double drawing = shippedDrawing);
 
 /// The objective, for tests: parameters are, for every index, cis mean, trans mean, log cis width
 /// and log trans width in penalty units, then the log of the common factor.
 double statisticsLoss(const std::vector<TrainingSample>& samples, const ShiftStatistics& plain,
-                      const std::vector<double>& parameters, std::vector<double>& gradient);
+                      const std::vector<double>& parameters, double drawing,
+                      std::vector<double>& gradient);
 
 } // namespace derive

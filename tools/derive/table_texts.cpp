@@ -103,7 +103,8 @@ std::string limitsTable(const TableSet& tables, const Origin& origin) {
       {"Limits of secondary shifts in ppm, by residue and atom.",
        "The 1st and 99th percentile of the training shifts; a shift beyond is reported, and "
        "bounded",
-       "in the prediction. CB of proline reaches above every cis proline. An atom that does not",
+       "in the prediction. CB of proline reaches far above every cis proline. An atom that does "
+       "not",
        "exist has limits that bound nothing; B, J, O and U have the widest limits of all residues.",
        std::string("Shifts: ") + trainingSource});
   table.columns(joinAtoms("_MIN", "_MAX"), formats("%-4s", " %8.3f", 2 * atomCount));
@@ -140,8 +141,9 @@ std::string statisticsTable(const TableSet& tables, const Origin& origin) {
       {"Means and deviations of the secondary shifts around cis and trans prolines, ppm.",
        "Index 0 to 17: N HA C CA CB HN of the residue before, the proline, the residue after;",
        "index 18: the observed CG of the proline. Fitted to the conditional likelihood of the",
-       "labels at 1 cis to 19 trans, held near the robust means and deviations by a penalty, with",
-       "CG present and with CG hidden. A proline's N and HN (6 and 11) never meet a shift.",
+       "labels at 1 cis to 19 trans, with CG present and with CG hidden. Penalties hold them near",
+       "the robust means and deviations and draw the two forms together, but for CB and CG of the",
+       "proline. A proline's N and HN (6 and 11) never meet a shift.",
        std::string("Shifts: ") + trainingSource});
   table.columns("index avg_cis avg_trans std_cis std_trans", formats("%-4d", " %8.4f", 4));
   for (std::size_t i = 0; i < statisticCount; ++i) {

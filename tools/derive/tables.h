@@ -22,6 +22,7 @@ struct ShiftStatistic {
 };
 /// Shifts of a triplet, then the proline's CG.
 constexpr std::size_t tripletShifts = 18;
+constexpr std::size_t prolineCb = atomCount + CB;
 constexpr std::size_t cgIndex = 18;
 constexpr std::size_t statisticCount = 19;
 using ShiftStatistics = std::array<ShiftStatistic, statisticCount>;
