@@ -7,6 +7,7 @@
 #include "tools/common/output.h"
 #include "tools/common/tool.h"
 #include "tools/derive/accuracy.h"
+#include "tools/derive/companion_tables.h"
 #include "tools/derive/pipeline.h"
 
 namespace derive {
@@ -14,6 +15,7 @@ namespace {
 
 constexpr char usage[] =
     "Usage: citrans-derive tables   DATA [FOLDER]   derive tables into FOLDER (tab)\n"
+    "       citrans-derive companions DATA [FOLDER] derive those of the companion programs (tab)\n"
     "       citrans-derive accuracy DATA [FOLDER]   measure them into FOLDER (docs)\n"
     "       citrans-derive --version | --help\n"
     "\n"
@@ -39,14 +41,25 @@ void writeAll(const std::string& folder, const std::map<std::string, std::string
   report(std::to_string(files.size()) + " files written to " + folder);
 }
 
+Origin originOf(const Training& training, const char* command) {
+  const std::vector<bool> all(training.proteins.size(), true);
+  return {describeSelection(training, all), std::string(program) + " " + command + " " + dataName,
+          versionLine(program)};
+}
+
 void deriveTables(const std::string& data, const std::string& folder) {
   const Training training = readTraining(data);
   const Published published = readPublished(data + "/published");
   const std::vector<bool> all(training.proteins.size(), true);
   const TableSet tables = Derivation(training, published, report).derive(all, report);
-  const Origin origin = {describeSelection(training, all),
-                         std::string(program) + " tables " + dataName, versionLine(program)};
-  writeAll(folder, tableTexts(tables, origin));
+  writeAll(folder, tableTexts(tables, originOf(training, "tables")));
+}
+
+void deriveCompanions(const std::string& data, const std::string& folder) {
+  const Training training = readTraining(data);
+  const Published published = readPublished(data + "/published");
+  const Derivation derivation(training, published, report);
+  writeAll(folder, companionTables(derivation, originOf(training, "companions"), report));
 }
 
 void measureAccuracy(const std::string& data, const std::string& folder) {
@@ -68,13 +81,21 @@ int runCommand(int argc, char** argv) {
     std::fputs(usage, stdout);
     return 0;
   }
-  const bool tables = command == "tables";
-  if ((!tables && command != "accuracy") || argc < 3 || argc > 4) {
-    throw ToolError(ToolStatus::usage, "tables or accuracy and a folder expected (see --help)");
+  struct Command {
+    const char* name;
+    void (*run)(const std::string& data, const std::string& folder);
+    const char* folder;
+  };
+  for (const Command& each :
+       {Command{"tables", deriveTables, "tab"}, Command{"companions", deriveCompanions, "tab"},
+        Command{"accuracy", measureAccuracy, "docs"}}) {
+    if (command == each.name && (argc == 3 || argc == 4)) {
+      each.run(argv[2], argc == 4 ? argv[3] : each.folder);
+      return 0;
+    }
   }
-  const std::string folder = argc == 4 ? argv[3] : tables ? "tab" : "docs";
-  (tables ? deriveTables : measureAccuracy)(argv[2], folder);
-  return 0;
+  throw ToolError(ToolStatus::usage,
+                  "tables, companions or accuracy and a folder expected (see --help)");
 }
 
 } // namespace derive

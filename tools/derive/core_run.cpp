@@ -62,9 +62,10 @@ void CoreRun::fillInput(const Protein& protein, const Treatment& treatment) {
   for (int residue = 1; residue <= run_.residueCount; ++residue) {
     const ObservedShifts& shifts = protein.shifts[static_cast<std::size_t>(residue)];
     const std::string& name = run_.sequence[residue];
-    double ca = error;
-    double cb = error;
-    double cg = error;
+    const ShiftCorrection& off = treatment.correction;
+    double ca = error - off.carbon;
+    double cb = error - off.carbon;
+    double cg = error - off.carbon;
     if (treatment.deuterated) {
       ca += static_cast<double>(run_.isoAdj[name]["CA"]);
       cb += static_cast<double>(run_.isoAdj[name]["CB"]);
@@ -73,10 +74,10 @@ void CoreRun::fillInput(const Protein& protein, const Treatment& treatment) {
     const auto& hidden = treatment.hidden;
     const bool hideHa = hidden[HA] || treatment.deuterated;
     addRow(residue, "N", hidden[N] ? noShift : shifts.n);
-    addRow(residue, "HA", hideHa ? noShift : shifts.ha);
-    addRow(residue, "HA2", hideHa ? noShift : shifts.ha2);
-    addRow(residue, "HA3", hideHa ? noShift : shifts.ha3);
-    addRow(residue, "C", hidden[C] ? noShift : shifts.c + error);
+    addRow(residue, "HA", hideHa ? noShift : shifts.ha - off.ha);
+    addRow(residue, "HA2", hideHa ? noShift : shifts.ha2 - off.ha);
+    addRow(residue, "HA3", hideHa ? noShift : shifts.ha3 - off.ha);
+    addRow(residue, "C", hidden[C] ? noShift : shifts.c + error - off.carbonyl);
     addRow(residue, "CA", hidden[CA] ? noShift : shifts.ca + ca);
     addRow(residue, "CB", hidden[CB] ? noShift : shifts.cb + cb);
     addRow(residue, "HN", hidden[HN] ? noShift : shifts.hn);
@@ -147,7 +148,9 @@ Scored CoreRun::score(int residue) {
     }
   }
   scored.shifts[cgIndex] = orNone(cg, shift::missingFrom);
-  scored.normalised = run_.getLikelihood(triplet, cg).normalised;
+  const CisLikelihood likelihood = run_.getLikelihood(triplet, cg);
+  scored.cis = likelihood.cis;
+  scored.normalised = likelihood.normalised;
   return scored;
 }
 

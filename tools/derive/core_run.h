@@ -15,12 +15,20 @@
 /// offsets and the likelihood are its own.
 namespace derive {
 
+/// Referencing offsets to take off the observed shifts, ppm.
+struct ShiftCorrection {
+  double carbon = 0; ///< CA, CB and CG
+  double ha = 0;
+  double carbonyl = 0;
+};
+
 /// What is done to the observed shifts of a protein, or asked of the program, in an experiment.
 struct Treatment {
   double carbonError = 0;  ///< added to CA, CB, C' and CG, ppm
   bool deuterated = false; ///< HA gone, CA, CB and CG of proline moved by the isotope shifts
   bool correctIsotope = false;
   bool correctOffsets = false;
+  ShiftCorrection correction; ///< taken off after all that
   bool hideCg = false;
   std::array<bool, atomCount> hidden{}; ///< atoms taken from all residues
 };
@@ -29,6 +37,7 @@ struct Treatment {
 struct Scored {
   bool predicted = false;                     ///< whether the program gives it a row
   std::array<float, statisticCount> shifts{}; ///< ppm; not-a-number where skipped
+  float cis = 0;                              ///< P_CIS
   float normalised = 0;                       ///< P_CIS_NORM
 };
 

@@ -142,7 +142,13 @@ class FoldRun {
         }
       }
     }
+    std::vector<int> residues;
     for (std::size_t i = first; i < end; ++i) {
+      residues.push_back(prolines[i].label.residue);
+    }
+    std::vector<ProlineTrials> trials = tryProlines(fitted_, protein, residues);
+    for (std::size_t i = first; i < end; ++i) {
+      prolines[i].trials = std::move(trials[i - first]);
       const auto residue = static_cast<std::size_t>(prolines[i].label.residue);
       prolines[i].cbMinusCg = protein.shifts[residue].cb - protein.shifts[residue].cg;
       prolines[i].neighbourLogOdds =
@@ -206,6 +212,7 @@ CrossValidation crossValidate(const Derivation& derivation, const Progress& prog
   for (const LabelledProline& label : derivation.training().prolines) {
     ScoredProline proline;
     proline.label = label;
+    proline.fold = foldOf(derivation.training().proteins[label.protein].cluster);
     result.prolines.push_back(proline);
   }
   result.offsets.resize(derivation.training().proteins.size());

@@ -6,6 +6,7 @@
 
 #include "tools/derive/core_run.h"
 #include "tools/derive/pipeline.h"
+#include "tools/derive/trials.h"
 
 /// 10-fold cross-validation by cluster: every figure comes from tables that were derived without
 /// any protein related to the one that is scored. Adjustments, limits, statistics and the common
@@ -58,6 +59,8 @@ struct ScoredProline {
   double cbMinusCg = noShift;                        ///< observed, ppm
   std::array<bool, experimentCount> predicted{};     ///< whether the program gives it a row
   std::array<double, experimentCount> probability{}; ///< P_CIS_NORM
+  ProlineTrials trials;                              ///< by condition
+  int fold = 0;                                      ///< of its protein
 };
 
 /// What the referencing estimate says about one protein, by nucleus: CA/CB, HA, C'.

@@ -1,0 +1,108 @@
+#include "tools/calls/calls.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "table/file_io.h"
+#include "table/number.h"
+#include "tools/common/tool.h"
+
+namespace calls {
+namespace {
+
+constexpr char tableName[] = "calls.tab";
+constexpr std::array<const char*, assignedCount> rowNames = {"neither", "CG", "CB", "both"};
+/// Stands in the table for a limit that nothing reaches.
+constexpr double never = 9999;
+constexpr double infinite = std::numeric_limits<double>::infinity();
+
+[[noreturn]] void refuse(const GDB& table, const std::string& what) {
+  const std::string name = table.fileName().empty() ? tableName : table.fileName();
+  throw ToolError(ToolStatus::badData, name + ": " + what);
+}
+
+double number(const GDB& table, std::size_t row, const char* column) {
+  const std::string text(table.cell(row, column));
+  const double value = parseDouble(text);
+  const bool isNumber = text.find_first_not_of("+-.0123456789") == std::string::npos;
+  if (text.empty() || !isNumber || !std::isfinite(value)) {
+    refuse(table, std::string(column) + " is no number: '" + text + "'");
+  }
+  return value;
+}
+
+Tally tally(const GDB& table, std::size_t row, const char* calls, const char* right) {
+  const int count = static_cast<int>(number(table, row, calls));
+  return {count, count > 0 ? number(table, row, right) : std::numeric_limits<double>::quiet_NaN()};
+}
+
+Rule readRule(const GDB& table, std::size_t row) {
+  Rule rule;
+  rule.cisFrom = number(table, row, "CIS_FROM");
+  rule.transTo = number(table, row, "TRANS_TO");
+  rule.cisFrom = rule.cisFrom == never ? infinite : rule.cisFrom;
+  rule.transTo = rule.transTo == never ? -infinite : rule.transTo;
+  rule.cis = tally(table, row, "CIS_CALLS", "CIS_RIGHT");
+  rule.trans = tally(table, row, "TRANS_CALLS", "TRANS_RIGHT");
+  rule.undecided = static_cast<int>(number(table, row, "UNDECIDED"));
+  if (rule.cisFrom <= rule.transTo) {
+    refuse(table, "CIS_FROM is not above TRANS_TO");
+  }
+  return rule;
+}
+
+} // namespace
+
+const char* word(Call call) {
+  switch (call) {
+  case Call::cis:
+    return "cis";
+  case Call::trans:
+    return "trans";
+  case Call::undecided:
+    break;
+  }
+  return "undecided";
+}
+
+const char* describe(Assigned assigned) {
+  constexpr std::array<const char*, assignedCount> texts = {"neither CB nor CG", "CG, no CB",
+                                                            "CB, no CG", "CB and CG"};
+  return texts[static_cast<std::size_t>(assigned)];
+}
+
+double evidence(double pCis) {
+  // At 0 and 1 the logarithm is infinite, which the bounds take in.
+  const double logOdds = std::log10(pCis / (1 - pCis));
+  return std::isnan(logOdds) ? logOdds : std::clamp(logOdds, -mostEvidence, mostEvidence);
+}
+
+Rules::Rules(const GDB& table) {
+  for (std::size_t i = 0; i < assignedCount; ++i) {
+    const std::size_t row = table.findRow("ASSIGNED", rowNames[i]);
+    if (row == GDB::noRow || !table.getEntry("ASSIGNED", rowNames[i], 2).empty()) {
+      refuse(table, std::string("not one row for ") + rowNames[i]);
+    }
+    rules_[i] = readRule(table, row);
+  }
+}
+
+Rules Rules::load(const std::string& tabFolder) {
+  const std::string path = tabFolder + "/" + tableName;
+  FileText text;
+  if (!readWholeFile(path, text)) {
+    throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
+  }
+  return Rules(GDB(path));
+}
+
+Call Rules::call(double evidence, Assigned assigned) const {
+  const Rule& limits = rule(assigned);
+  if (evidence >= limits.cisFrom) {
+    return Call::cis;
+  }
+  return evidence <= limits.transTo ? Call::trans : Call::undecided;
+}
+
+} // namespace calls
