@@ -6,6 +6,7 @@
 #include "tools/common/command_options.h"
 #include "tools/common/output.h"
 #include "tools/common/tool.h"
+#include "tools/import/structure_file.h"
 #include "tools/import/structure_text.h"
 #include "tools/import/table_text.h"
 
@@ -88,8 +89,11 @@ void importShifts(const Options& options) {
 }
 
 void importStructure(const Options& options) {
-  readInput(options.input);
-  const GDB table(options.input);
+  const bool piped = options.input == "-"; // which can be read once only
+  if (!piped) {
+    readInput(options.input);
+  }
+  const GDB table(piped ? "/dev/stdin" : options.input);
   std::string letters;
   for (const auto& [number, name] : table.residueNames()) {
     letters += name;
@@ -98,10 +102,14 @@ void importStructure(const Options& options) {
     throw ToolError(ToolStatus::badData,
                     options.input + ": no table with a sequence from residue 1");
   }
-  const FittedStructure fitted = fitStructure(readStructure(options.structure), letters,
-                                              options.structureChoice, options.structure);
+  const Structure structure = readStructure(readInput(options.structure).view(), options.structure);
+  const FittedStructure fitted =
+      fitStructure(structure.models, letters, options.structureChoice, options.structure);
   writeWholeFile(options.output, fitted.pdb);
-  say("", fitted.notes);
+  if (!options.quiet) {
+    say("", structureNotes(fitted));
+  }
+  say("warning: ", structure.warnings);
 }
 
 int runImport(int argc, char** argv) {

@@ -1,83 +1,80 @@
 #include "tools/import/structure_file.h"
 
-#include <set>
-#include <unistd.h>
+#include <algorithm>
 
-#define GEMMI_READ_COOR_IMPLEMENTATION
-#include <gemmi/read_coor.hpp>
-
+#include "table/file_io.h"
+#include "table/number.h"
 #include "tools/common/tool.h"
-#include "tools/import/deposition.h"
+#include "tools/import/gzip_text.h"
+#include "tools/import/structure_mmcif.h"
+#include "tools/import/structure_pdb.h"
 
 namespace {
 
-/// Selenomethionine counts as methionine, its selenium as sulfur.
-ModelAtom convertAtom(const gemmi::Atom& atom, bool selenium) {
-  ModelAtom converted;
-  const bool isSelenium = selenium && atom.name == "SE";
-  converted.name = isSelenium ? "SD" : atom.name;
-  converted.element = isSelenium ? "S" : atom.element.uname();
-  converted.x = atom.pos.x;
-  converted.y = atom.pos.y;
-  converted.z = atom.pos.z;
-  converted.bFactor = static_cast<double>(atom.b_iso);
-  return converted;
-}
+constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
 
-ModelResidue convertResidue(const gemmi::Residue& residue) {
-  const bool selenium = residue.name == "MSE";
-  ModelResidue converted;
-  converted.number = residue.seqid.str();
-  converted.name = selenium ? "MET" : residue.name;
-  std::set<std::string> known; // of alternate locations the first stays
-  for (const gemmi::Atom& atom : residue.atoms) {
-    const ModelAtom added = convertAtom(atom, selenium);
-    if (known.insert(added.name).second) {
-      converted.atoms.push_back(added);
+/// Line ends of one character, be they those of a system that has two or of one that has another.
+std::string plainLineEnds(std::string_view text) {
+  std::string plain;
+  plain.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool pair = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+    if (!pair) {
+      plain += text[i] == '\r' ? '\n' : text[i];
     }
   }
-  return converted;
+  return plain;
 }
 
-bool hasBackbone(const gemmi::Residue& residue) {
-  return residue.find_atom("CA", '*', gemmi::El::C) != nullptr;
+/// Whether the first line that is no comment begins a data block.
+bool isCif(std::string_view text) {
+  for (std::string_view line; takeLine(text, line);) {
+    line = trimmed(line);
+    if (!line.empty() && line.front() != '#') {
+      std::string start(line.substr(0, 5));
+      std::transform(start.begin(), start.end(), start.begin(),
+                     [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+      return start == "data_";
+    }
+  }
+  return false;
+}
+
+void readText(std::string_view text, const std::string& name, ModelBuilder& builder,
+              std::vector<std::string>& warnings) {
+  if (text.substr(0, byteOrderMark.size()) == byteOrderMark) {
+    text.remove_prefix(byteOrderMark.size());
+  }
+  if (trimmed(text).empty()) {
+    throw ToolError(ToolStatus::badData, name + ": the file is empty");
+  }
+  if (isCif(text)) {
+    readMmcifAtoms(text, name, builder, warnings);
+  } else if (!readPdbAtoms(text, name, builder, warnings)) {
+    throw ToolError(ToolStatus::badData, name + ": not a PDB or mmCIF file: no atoms");
+  }
 }
 
 } // namespace
 
-std::vector<StructureModel> readStructure(const std::string& path) {
-  if (access(path.c_str(), R_OK) != 0) {
-    throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
+Structure readStructure(std::string_view bytes, const std::string& name) {
+  std::string unpacked;
+  std::string_view text = bytes;
+  if (isGzip(bytes)) {
+    unpacked = unpackGzip(bytes, name);
+    text = unpacked;
   }
-  gemmi::Structure structure;
-  try {
-    structure = gemmi::read_structure_gz(path);
-  } catch (const std::exception& error) {
-    const std::string lines = error.what(); // several for a cut gzip file
-    const std::string what = lines.substr(0, lines.find('\n'));
-    const bool named = what.compare(0, path.size() + 1, path + ":") == 0;
-    throw ToolError(ToolStatus::badData, named ? what : path + ": " + what);
+  if (text.find('\r') != std::string_view::npos) {
+    unpacked = plainLineEnds(text);
+    text = unpacked;
   }
-  structure.merge_chain_parts();
-  std::vector<StructureModel> models;
-  bool any = false;
-  for (const gemmi::Model& model : structure.models) {
-    models.push_back({model.name, {}});
-    for (const gemmi::Chain& chain : model.chains) {
-      ModelChain converted{chain.name, {}};
-      for (const gemmi::Residue& residue : chain.residues) {
-        if (hasBackbone(residue)) {
-          converted.residues.push_back(convertResidue(residue));
-        }
-      }
-      if (!converted.residues.empty()) {
-        any = true;
-        models.back().chains.push_back(std::move(converted));
-      }
-    }
+  Structure structure;
+  ModelBuilder builder;
+  readText(text, name, builder, structure.warnings);
+  structure.models = builder.finish();
+  if (std::all_of(structure.models.begin(), structure.models.end(),
+                  [](const StructureModel& model) { return model.chains.empty(); })) {
+    throw ToolError(ToolStatus::badData, name + ": no protein atoms found");
   }
-  if (!any) {
-    throw ToolError(ToolStatus::badData, path + ": no protein atoms found");
-  }
-  return models;
+  return structure;
 }

@@ -3,7 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/import/structure_file.h"
+#include "tools/import/proline_bonds.h"
+#include "tools/import/structure_models.h"
 
 /// What the user chose; empty for the default, the best-fitting chain of the first model.
 struct StructureChoice {
@@ -13,13 +14,16 @@ struct StructureChoice {
 
 /// A chain renumbered to a table.
 struct FittedStructure {
-  std::string pdb; ///< the file that `citrans -ref` reads
-  std::vector<std::string>
-      notes; ///< what was chosen, and each proline in how many models it is cis
+  std::string pdb;                   ///< the file that `citrans -ref` reads
+  std::string model;                 ///< id of the model
+  std::string chain;                 ///< id of the chain; may be empty
+  std::size_t residues = 0;          ///< of the chain
+  std::size_t agreements = 0;        ///< of these, how many are the table's
+  std::vector<ProlineBond> prolines; ///< of the table, in its order
 };
 
-/// Renumbers a chain by aligning its sequence with the table's, and looks at every proline's omega
-/// in every model.
+/// Renumbers a chain by aligning its sequence with the table's, and looks at the bond before every
+/// proline in every model.
 ///
 /// \param letters  the table's sequence, residue 1 first; "c" counts as cysteine
 /// \param file  for messages
@@ -28,6 +32,5 @@ struct FittedStructure {
 FittedStructure fitStructure(const std::vector<StructureModel>& models, const std::string& letters,
                              const StructureChoice& choice, const std::string& file);
 
-/// Positions (1-based) in `letters` of each of `chain`'s letters by global alignment; 0 for a
-/// letter that stands against a gap. Cost and memory grow with the product of the lengths.
-std::vector<int> alignLetters(const std::string& letters, const std::string& chain);
+/// What was chosen and found, for people: a line about the chain, then one for each proline.
+std::vector<std::string> structureNotes(const FittedStructure& fitted);

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/import/structure_models.h"
+
+/// Letters of a chain's residues, 'X' for those that are no amino acids of the twenty.
+std::string lettersOf(const ModelChain& chain);
+
+/// The C-N distance up to which two residues are taken for bonded, Angstrom; a peptide bond has
+/// 1.33, and one in a strained model hardly more than 1.5.
+constexpr double longestPeptideBond = 2.0;
+
+enum class Bond { yes, no, unknown };
+/// Whether a residue is bonded to the next; unknown when C or N is missing.
+Bond bondBetween(const ModelResidue& before, const ModelResidue& next);
+
+/// Positions (1-based) of a chain's residues in a table's sequence by global alignment; 0 for a
+/// residue that stands against a gap.
+///
+/// Ends may hang over. Residues of the chain may be missing where it is broken, at no cost. Among
+/// places that suit the letters alike, the one wins that is as far from the structure's number as
+/// most are.
+///
+/// \param letters  the table's sequence, residue 1 first; small letters count as capitals
+/// Cost and memory grow with the product of the lengths.
+std::vector<int> alignChain(const std::string& letters, const ModelChain& chain);
+
+/// How many residues of the chain have the table's letter at their position.
+std::size_t countAgreements(const std::string& letters, const ModelChain& chain,
+                            const std::vector<int>& positions);

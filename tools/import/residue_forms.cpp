@@ -1,0 +1,58 @@
+#include "tools/import/residue_forms.h"
+
+#include <algorithm>
+#include <array>
+
+#include "tools/import/deposition.h"
+
+namespace {
+
+struct Form {
+  const char* name;
+  const char* aminoAcid;
+};
+
+/// Names that programs give to one state of an amino acid.
+constexpr Form forms[] = {
+    {"ARN", "ARG"},  {"ARG+", "ARG"}, {"ARGN", "ARG"}, {"ASH", "ASP"},  {"ASPH", "ASP"},
+    {"ASPP", "ASP"}, {"ASP-", "ASP"}, {"CYM", "CYS"},  {"CYN", "CYS"},  {"CYX", "CYS"},
+    {"CYS2", "CYS"}, {"CYSH", "CYS"}, {"CYSS", "CYS"}, {"CYS-", "CYS"}, {"GLH", "GLU"},
+    {"GLUH", "GLU"}, {"GLUP", "GLU"}, {"GLU-", "GLU"}, {"HID", "HIS"},  {"HIE", "HIS"},
+    {"HIP", "HIS"},  {"HSD", "HIS"},  {"HSE", "HIS"},  {"HSP", "HIS"},  {"HIS1", "HIS"},
+    {"HIS2", "HIS"}, {"HIS+", "HIS"}, {"HISA", "HIS"}, {"HISB", "HIS"}, {"HISD", "HIS"},
+    {"HISE", "HIS"}, {"HISH", "HIS"}, {"HISP", "HIS"}, {"HIST", "HIS"}, {"LYN", "LYS"},
+    {"LYP", "LYS"},  {"LYSH", "LYS"}, {"LYSN", "LYS"}, {"LYS+", "LYS"}, {"MSE", "MET"},
+    {"CPR", "PRO"},  {"CPRO", "PRO"}, {"TYM", "TYR"},  {"TYR-", "TYR"},
+};
+
+constexpr std::array<const char*, 9> waterNames = {"HOH", "WAT", "H2O",  "DOD", "SOL",
+                                                   "TIP", "SPC", "TIP3", "TIP4"};
+
+std::string capitals(std::string_view name) {
+  std::string text(name);
+  for (char& c : text) {
+    c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  }
+  return text;
+}
+
+} // namespace
+
+std::string aminoAcidNamed(std::string_view given) {
+  const std::string name = capitals(given);
+  for (const Form& form : forms) {
+    if (name == form.name) {
+      return form.aminoAcid;
+    }
+  }
+  if (name.size() == 3 && oneLetterCode(name) != 'X') {
+    return name;
+  }
+  // "N" and "C" before a name mark the ends of a chain.
+  const bool end = name.size() == 4 && (name[0] == 'N' || name[0] == 'C');
+  return end ? aminoAcidNamed(name.substr(1)) : "";
+}
+
+bool isWaterName(std::string_view name) {
+  return std::find(waterNames.begin(), waterNames.end(), capitals(name)) != waterNames.end();
+}
