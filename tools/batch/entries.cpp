@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include "table/file_io.h"
+#include "tools/common/file_identity.h"
 #include "tools/common/tool.h"
 
 namespace fs = std::filesystem;
@@ -66,7 +67,8 @@ std::vector<std::string> pathsListedIn(const std::string& listFile) {
 } // namespace
 
 std::vector<Entry> collectEntries(const std::vector<std::string>& paths,
-                                  const std::string& listFile) {
+                                  const std::string& listFile,
+                                  const std::vector<std::string>& own) {
   std::vector<std::string> named = paths;
   if (!listFile.empty()) {
     const std::vector<std::string> listed = pathsListedIn(listFile);
@@ -83,7 +85,10 @@ std::vector<Entry> collectEntries(const std::vector<std::string>& paths,
     std::error_code error;
     if (fs::is_directory(path, error)) {
       for (const std::string& file : filesBelow(path)) {
-        add(file);
+        if (std::none_of(own.begin(), own.end(),
+                         [&file](const std::string& name) { return isSameFile(name, file); })) {
+          add(file);
+        }
       }
     } else {
       add(path);

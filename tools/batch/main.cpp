@@ -5,6 +5,7 @@
 #include "tools/batch/process.h"
 #include "tools/batch/worker_pool.h"
 #include "tools/common/command_options.h"
+#include "tools/common/file_identity.h"
 #include "tools/common/output.h"
 #include "tools/common/tool.h"
 
@@ -94,6 +95,16 @@ int stoppedEarly(const Options& options, const std::vector<EntryResult>& results
   return static_cast<int>(ToolStatus::badData);
 }
 
+/// Refuses outputs that are inputs or each other, while nothing is written.
+void checkFiles(const Options& options, const std::vector<Entry>& entries,
+                const std::vector<std::string>& outputs) {
+  std::vector<std::string> inputs = {options.list};
+  for (const Entry& entry : entries) {
+    inputs.push_back(entry.path);
+  }
+  requireDistinctFiles(inputs, outputs);
+}
+
 int runBatch(int argc, char** argv) {
   CLI::App app("Predicts the prolines of many entries into one table.", program);
   Options options;
@@ -105,7 +116,9 @@ int runBatch(int argc, char** argv) {
     throw ToolError(ToolStatus::usage, "no input; see --help");
   }
   passOn(options);
-  const std::vector<Entry> entries = collectEntries(options.inputs, options.list);
+  const std::vector<std::string> outputs = {options.output, options.journal};
+  const std::vector<Entry> entries = collectEntries(options.inputs, options.list, outputs);
+  checkFiles(options, entries, outputs);
   Journal journal(options.journal, settingsText(options), options.resume);
   Progress progress(entries.size(), options.quiet);
   std::vector<EntryResult> results;

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 
+#include "tools/common/file_identity.h"
 #include "tools/common/output.h"
 #include "tools/common/tool.h"
 #include "tools/derive/accuracy.h"
@@ -29,14 +30,30 @@ void report(const std::string& line) {
 /// Name of a data folder in documents, which must not depend on where the folder lies.
 constexpr char dataName[] = "DATA";
 
-void writeAll(const std::string& folder, const std::map<std::string, std::string>& files) {
-  std::error_code ignored;
-  std::filesystem::create_directories(folder, ignored);
+/// What the data folder holds, all of which may have been read.
+std::vector<std::string> filesIn(const std::string& data) {
+  std::vector<std::string> files;
+  for (const std::string& folder : {data, data + "/published"}) {
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+      files.push_back(entry.path().string());
+    }
+  }
+  return files;
+}
+
+void writeAll(const std::string& data, const std::string& folder,
+              const std::map<std::string, std::string>& files) {
   std::vector<Output> outputs;
+  std::vector<std::string> names;
   outputs.reserve(files.size());
   for (const auto& [name, text] : files) {
     outputs.push_back({folder + "/" + name, text});
+    names.push_back(folder + "/" + name);
   }
+  requireDistinctFiles(filesIn(data), names);
+  std::error_code ignored;
+  std::filesystem::create_directories(folder, ignored);
   writeWholeFiles(outputs);
   report(std::to_string(files.size()) + " files written to " + folder);
 }
@@ -52,21 +69,21 @@ void deriveTables(const std::string& data, const std::string& folder) {
   const Published published = readPublished(data + "/published");
   const std::vector<bool> all(training.proteins.size(), true);
   const TableSet tables = Derivation(training, published, report).derive(all, report);
-  writeAll(folder, tableTexts(tables, originOf(training, "tables")));
+  writeAll(data, folder, tableTexts(tables, originOf(training, "tables")));
 }
 
 void deriveCompanions(const std::string& data, const std::string& folder) {
   const Training training = readTraining(data);
   const Published published = readPublished(data + "/published");
   const Derivation derivation(training, published, report);
-  writeAll(folder, companionTables(derivation, originOf(training, "companions"), report));
+  writeAll(data, folder, companionTables(derivation, originOf(training, "companions"), report));
 }
 
 void measureAccuracy(const std::string& data, const std::string& folder) {
   const Training training = readTraining(data);
   const Published published = readPublished(data + "/published");
   const Derivation derivation(training, published, report);
-  writeAll(folder, accuracyDocuments(derivation, report));
+  writeAll(data, folder, accuracyDocuments(derivation, report));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "table/file_io.h"
 #include "table/gdb.h"
 #include "tools/common/command_options.h"
+#include "tools/common/file_identity.h"
 #include "tools/common/output.h"
 #include "tools/common/tool.h"
 #include "tools/import/structure_file.h"
@@ -119,9 +120,13 @@ int runImport(int argc, char** argv) {
   if (!parseOptions(app, argc, argv)) {
     return static_cast<int>(ToolStatus::done);
   }
+  if (options.input == "-" && options.structure == "-") {
+    throw ToolError(ToolStatus::usage, "table and structure cannot both come from standard input");
+  }
   if (options.output == "-" && options.map == "-") {
     throw ToolError(ToolStatus::usage, "table and map cannot both go to standard output");
   }
+  requireDistinctFiles({options.input, options.structure}, {options.output, options.map});
   if (options.structure.empty()) {
     importShifts(options);
   } else {

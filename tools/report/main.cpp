@@ -1,6 +1,8 @@
 #include <cstdio>
+#include <filesystem>
 
 #include "tools/common/command_options.h"
+#include "tools/common/file_identity.h"
 #include "tools/common/output.h"
 #include "tools/common/tool.h"
 #include "tools/report/exports.h"
@@ -68,10 +70,35 @@ void checkStreams(Options& options) {
   }
 }
 
+/// Refuses outputs that are inputs or each other, while nothing is written.
+void checkFiles(const InputPaths& paths, const std::vector<Output>& outputs) {
+  std::vector<std::string> inputs = {
+      paths.summary, paths.shifts.empty() ? shiftTableName(paths.summary) : paths.shifts,
+      paths.map};
+  const std::string folder = databaseFolder(paths.database);
+  for (const char* table : {"/sslimit.tab", "/Pro.cs.tab", "/Pro.seq.tab"}) {
+    inputs.push_back(folder + table);
+  }
+  std::vector<std::string> names;
+  for (const Output& output : outputs) {
+    names.push_back(output.path);
+  }
+  requireDistinctFiles(inputs, names);
+}
+
+void makeFolder(const std::string& path) {
+  std::error_code error;
+  std::filesystem::create_directories(path, error);
+  if (error) {
+    throw ToolError(ToolStatus::cannotWrite, path + ": cannot make the folder");
+  }
+}
+
 void writeAll(const Report& report, const Options& options) {
-  const auto write = [&report](const std::string& name, std::string (*text)(const Report&)) {
+  std::vector<Output> outputs;
+  const auto write = [&](const std::string& name, std::string (*text)(const Report&)) {
     if (!name.empty()) {
-      writeWholeFile(name, text(report));
+      outputs.push_back({name, text(report)});
     }
   };
   write(options.html, htmlPage);
@@ -80,8 +107,14 @@ void writeAll(const Report& report, const Options& options) {
   write(options.chimerax, chimeraxText);
   write(options.pymol, pymolText);
   if (!options.svg.empty()) {
-    writePictures(report, options.svg);
+    const std::vector<Output> pictures = pictureFiles(report, options.svg);
+    outputs.insert(outputs.end(), pictures.begin(), pictures.end());
   }
+  checkFiles(options.paths, outputs);
+  if (!options.svg.empty() && !isPictureFile(options.svg)) {
+    makeFolder(options.svg);
+  }
+  writeWholeFiles(outputs);
 }
 
 int runReport(int argc, char** argv) {
