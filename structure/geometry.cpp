@@ -41,19 +41,17 @@ float PDB::Vec3Scalar(const float a[3], const float b[3]) {
 }
 
 void PDB::Vec3Cross(float a[3], const float b[3]) {
-  const float first = a[0];
-  const float second = a[1];
-  const float third = a[2];
-  a[0] = second * b[2] - third * b[1];
-  a[1] = third * b[0] - first * b[2];
-  a[2] = first * b[1] - second * b[0];
+  const float product[3] = {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2],
+                            a[0] * b[1] - a[1] * b[0]};
+  Vec3Copy(a, product);
 }
 
 void PDB::Mat3VecMult(float v[3], const float m[3][3]) {
-  const float row[3] = {v[0], v[1], v[2]};
+  float product[3];
   for (int j = 0; j < 3; ++j) {
-    v[j] = row[0] * m[0][j] + row[1] * m[1][j] + row[2] * m[2][j];
+    product[j] = v[0] * m[0][j] + v[1] * m[1][j] + v[2] * m[2][j];
   }
+  Vec3Copy(v, product);
 }
 
 float PDB::Vec3Abs(const float v[3]) {

@@ -1,13 +1,12 @@
 #include "structure/pdb.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <vector>
 
 #include "table/gdb.h"
 
 namespace {
+
 constexpr int beforeAnyFirst = 9999;
 constexpr int beforeAnyLast = -9999;
 /// Longest S-S distance of a disulfide, Angstrom; a bond is 2.05.
@@ -15,37 +14,13 @@ constexpr float longestDisulfide = 2.5F;
 /// Cysteines so close in sequence are never paired.
 constexpr int closestPartner = 3;
 
+const CORdata& noAtom() {
+  static const CORdata none;
+  return none;
+}
+
 bool isCysteine(const std::string& code) {
   return code == "C" || code == "c";
-}
-
-bool arePartners(int residue, int other) {
-  return std::llabs(static_cast<long long>(other) - residue) > closestPartner;
-}
-
-struct Sulfur {
-  int residue;
-  float place[3];
-};
-
-/// Whether `bonded` holds for one of the sulfurs and another. They are in order of x, so that only
-/// those near in x are asked: further along, a difference in x alone is too long for a bond.
-template <class Bonded>
-bool hasPartner(const std::vector<Sulfur>& sulfurs, std::size_t at, const Bonded& bonded) {
-  const auto isFar = [&](std::size_t other) {
-    return std::fabs(sulfurs[other].place[0] - sulfurs[at].place[0]) > longestDisulfide;
-  };
-  for (std::size_t other = at; other-- > 0 && !isFar(other);) {
-    if (bonded(sulfurs[at], sulfurs[other])) {
-      return true;
-    }
-  }
-  for (std::size_t other = at + 1; other < sulfurs.size() && !isFar(other); ++other) {
-    if (bonded(sulfurs[at], sulfurs[other])) {
-      return true;
-    }
-  }
-  return false;
 }
 
 } // namespace
@@ -56,29 +31,60 @@ PDB::PDB(const std::string& path) : PDB() {
   loadPDB(path);
 }
 
-PDB::~PDB() = default;
-
 CORdata PDB::getEntry(int conformer, int residue, const std::string& atomName) {
   return atom(conformer, residue, atomName);
 }
 
 CORdata PDB::getEntry(int conformer, int serial) {
-  return conformer == 1 ? atoms_.find(serial) : CORdata();
+  if (atomOfSerial_.empty()) {
+    for (std::size_t at = 0; at < atoms_.size(); ++at) {
+      atomOfSerial_[atoms_[at].atomNumber] = at;
+    }
+  }
+  const auto known = atomOfSerial_.find(serial);
+  return conformer == 1 && known != atomOfSerial_.end() ? atoms_[known->second] : noAtom();
 }
 
-CORdata PDB::atom(int conformer, long long residue, std::string_view atomName) const {
-  // A neighbour of the largest or smallest number wraps to a residue that no file can hold.
-  return conformer == 1 ? atoms_.find(static_cast<int>(residue), atomName) : CORdata();
+const CORdata& PDB::atom(int conformer, long long residue, std::string_view atomName) const {
+  const auto known = atomsOfResidue_.find(residue);
+  if (conformer != 1 || known == atomsOfResidue_.end()) {
+    return noAtom();
+  }
+  // From the last one back: of atoms with one residue number and name the last counts.
+  const std::vector<std::size_t>& places = known->second;
+  for (auto place = places.rbegin(); place != places.rend(); ++place) {
+    if (atoms_[*place].atomName == atomName) {
+      return atoms_[*place];
+    }
+  }
+  return noAtom();
 }
 
 bool PDB::isSSBonded(int /*conformer*/, int residue) {
-  if (!isCysteine(resCodes[residue])) {
-    return false;
+  return isCysteine(resCodes[residue]) && hasPartner(sulfurOf(residue), sulfurs());
+}
+
+PDB::Sulfur PDB::sulfurOf(int residue) const {
+  const CORdata& found = atom(1, residue, "SG");
+  return {residue, {found.x, found.y, found.z}};
+}
+
+std::vector<PDB::Sulfur> PDB::sulfurs() const {
+  std::vector<Sulfur> found;
+  for (const auto& [residue, code] : resCodes) {
+    if (isCysteine(code)) {
+      found.push_back(sulfurOf(residue));
+    }
   }
-  const CORdata sulfur = atom(1, residue, "SG");
-  for (const auto& [other, code] : resCodes) {
-    if (isCysteine(code) && arePartners(residue, other) &&
-        getDist(sulfur.coor, atom(1, other, "SG").coor) <= longestDisulfide) {
+  return found;
+}
+
+bool PDB::hasPartner(const Sulfur& sulfur, const std::vector<Sulfur>& others) {
+  for (const Sulfur& other : others) {
+    // Most are too far apart in x alone; to ask that first saves most of the time of all pairs.
+    if (std::fabs(other.place[0] - sulfur.place[0]) <= longestDisulfide &&
+        std::abs(static_cast<long long>(other.residue) - sulfur.residue) > closestPartner &&
+        getDist(sulfur.place, other.place) <= longestDisulfide) {
       return true;
     }
   }
@@ -86,26 +92,11 @@ bool PDB::isSSBonded(int /*conformer*/, int residue) {
 }
 
 void PDB::markDisulfides() {
-  // The test of `isSSBonded` for all cysteines at once. A place that is no number has no partner.
-  std::vector<Sulfur> sulfurs;
-  for (const auto& [residue, code] : resCodes) {
-    if (!isCysteine(code)) {
-      continue;
-    }
-    const CORdata sulfur = atom(1, residue, "SG");
-    if (std::isfinite(sulfur.x)) {
-      sulfurs.push_back({residue, {sulfur.x, sulfur.y, sulfur.z}});
-    }
-  }
-  std::sort(sulfurs.begin(), sulfurs.end(),
-            [](const Sulfur& a, const Sulfur& b) { return a.place[0] < b.place[0]; });
-  const auto bonded = [this](const Sulfur& a, const Sulfur& b) {
-    return arePartners(a.residue, b.residue) && getDist(a.place, b.place) <= longestDisulfide;
-  };
-  for (std::size_t at = 0; at < sulfurs.size(); ++at) {
-    if (resCodes[sulfurs[at].residue] == "C" && hasPartner(sulfurs, at, bonded)) {
-      resCodes[sulfurs[at].residue] = "c";
-      resNames[sulfurs[at].residue] = "cys";
+  const std::vector<Sulfur> all = sulfurs();
+  for (const Sulfur& sulfur : all) {
+    if (resCodes[sulfur.residue] == "C" && hasPartner(sulfur, all)) {
+      resCodes[sulfur.residue] = "c";
+      resNames[sulfur.residue] = "cys";
     }
   }
 }

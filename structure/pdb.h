@@ -3,15 +3,17 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <vector>
 
-#include "structure/atom_list.h"
 #include "structure/cordata.h"
 
 /// One protein structure, the first chain of the first model of a PDB file, and its geometry.
 ///
 /// Residue numbers are those of the file. Conformers are counted from 1; a file fills only 1.
 /// Looking up an atom that is not there gives a default record, and indexing `resNames` or
-/// `resCodes` by a residue that is not there adds an empty entry; no look-up fails.
+/// `resCodes` by a residue that is not there adds an empty entry; no look-up fails. Copies are
+/// independent of each other.
 class PDB {
  public:
   /// "No angle": an atom is missing. Degrees beyond any real angle.
@@ -23,7 +25,6 @@ class PDB {
   PDB();
   /// Reads the file at once.
   explicit PDB(const std::string& path);
-  ~PDB();
 
   // --- reading -----------------------------------------------------------------------------
 
@@ -31,9 +32,12 @@ class PDB {
   /// read before (`firstResID` and `lastResID` keep widening), then marks disulfide-bonded
   /// cysteines. Of atoms with one residue number and name the last stays.
   ///
-  /// Ends the run with status 0 and one line on standard error when the file cannot be opened.
-  /// Throws std::out_of_range for an ATOM line shorter than 60 characters.
+  /// Throws RunEnd, with status 0 and its line, when the file cannot be opened, and
+  /// std::out_of_range for an ATOM line shorter than 60 characters.
   void loadPDB(const std::string& path);
+
+  /// The same for the text of a file; `name` becomes `fileName`.
+  void loadText(std::string_view text, const std::string& name);
 
   /// Fills `atom` from one ATOM line. Text that is no number reads as 0. Throws as `loadPDB`.
   void loadPDB_Entry(const std::string& line, CORdata& atom);
@@ -61,7 +65,8 @@ class PDB {
   bool isSSBonded(int conformer, int residue);
 
   // --- geometry: vectors in Angstrom, angles in degrees unless said ------------------------
-  // The first argument is changed in place where the result is a vector.
+  // The first argument is changed in place where the result is a vector. It may be the second one,
+  // or a row of it.
 
   void Vec3Zero(float v[3]);
   void Vec3Copy(float dst[3], const float src[3]);
@@ -110,20 +115,34 @@ class PDB {
 
   // --- content -----------------------------------------------------------------------------
 
-  std::string fileName;                ///< the path last read
+  std::string fileName;                ///< the path or name last read
   std::map<int, std::string> resNames; ///< as read; "cys" for a disulfide-bonded cysteine
   std::map<int, std::string> resCodes; ///< one letter; "c" for a disulfide-bonded cysteine
   int firstResID;                      ///< smallest residue number read; 9999 before any
   int lastResID;                       ///< largest residue number read; -9999 before any
 
  private:
-  void clear();
-  void readAtoms(std::string_view text);
-  void storeAtom(const CORdata& atom, const CORdata& before);
-  void markDisulfides();
-  CORdata atom(int conformer, long long residue, std::string_view atomName) const;
+  /// Where the SG of a cysteine is; at the origin when it has none.
+  struct Sulfur {
+    int residue;
+    float place[3];
+  };
 
-  AtomList atoms_; ///< of conformer 1
+  void clear();
+  void addAtom(const CORdata& added);
+  const CORdata& atom(int conformer, long long residue, std::string_view atomName) const;
+  Sulfur sulfurOf(int residue) const;
+  std::vector<Sulfur> sulfurs() const;
+  bool hasPartner(const Sulfur& sulfur, const std::vector<Sulfur>& others);
+  void markDisulfides();
+
+  /// The atoms of conformer 1, in the order of the file.
+  std::vector<CORdata> atoms_;
+  /// Where among them those of a residue number are. The numbers are wider than `int`, so that
+  /// every residue has neighbours.
+  std::unordered_map<long long, std::vector<std::size_t>> atomsOfResidue_;
+  /// Where among them the last of a serial number is; empty until the first question by serial.
+  std::unordered_map<int, std::size_t> atomOfSerial_;
 
   // For hydrogen-bond and ring-shift analyses, which nothing fills yet; reading empties them.
   std::map<int, int> donors_;

@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <array>
-#include <utility>
+#include <optional>
 
 #include "structure/pdb.h"
 #include "table/file_io.h"
@@ -57,8 +57,9 @@ std::string simple(std::string_view text) {
   return single ? std::string(word) : GDB::simplifyWhiteSpace(std::string(word));
 }
 
-/// The columns of a field; throws as `substr` of the line does when it ends before them.
-std::string_view cut(std::string_view line, int field) {
+/// The columns of a field; throws as `substr` of the line does when it ends before them. Inline:
+/// nine calls for each atom, each with a field that is known beforehand.
+inline std::string_view cut(std::string_view line, int field) {
   const Columns columns = fieldColumns[static_cast<std::size_t>(field) - 1];
   if (columns.start > line.size()) {
     static_cast<void>(std::string(line).substr(columns.start));
@@ -100,8 +101,24 @@ void PDB::loadPDB(const std::string& path) {
   if (!text) {
     throw RunEnd(0, "\tCan't open file " + messageText(path) + " for reading\n");
   }
+  loadText(*text, path);
+}
+
+void PDB::loadText(std::string_view text, const std::string& name) {
+  fileName = name;
   clear();
-  readAtoms(*text);
+  atoms_.reserve(text.size() / shortestAtomLine); // so that no atom is moved
+  CORdata atom;
+  std::string_view line;
+  while (takeLine(text, line)) {
+    if (beginsWith(line, "ATOM")) {
+      readAtom(line, atom);
+      addAtom(atom);
+    } else if (beginsWith(line, "TER") || beginsWith(line, "END")) {
+      // Kept: the structure is the first chain of the first model.
+      break;
+    }
+  }
   markDisulfides();
 }
 
@@ -109,35 +126,23 @@ void PDB::clear() {
   resNames.clear();
   resCodes.clear();
   atoms_.clear();
+  atomsOfResidue_.clear();
+  atomOfSerial_.clear();
   donors_.clear();
   acceptors_.clear();
   ringShifts_.clear();
 }
 
-void PDB::readAtoms(std::string_view text) {
-  atoms_.reserve(text.size() / (shortestAtomLine + 1) + 1);
-  CORdata atom;
-  CORdata before;
-  std::string_view line;
-  while (takeLine(text, line)) {
-    if (beginsWith(line, "ATOM")) {
-      readAtom(line, atom);
-      storeAtom(atom, before);
-      std::swap(atom, before);
-    } else if (beginsWith(line, "TER") || beginsWith(line, "END")) {
-      // Kept: the structure is the first chain of the first model.
-      return;
-    }
+void PDB::addAtom(const CORdata& added) {
+  const int residue = added.resNumber;
+  const bool continues = !atoms_.empty() && atoms_.back().resNumber == residue &&
+                         atoms_.back().resName == added.resName;
+  if (!continues) {
+    resNames[residue] = added.resName;
+    resCodes[residue] = getOneAAName(added.resName);
+    firstResID = std::min(firstResID, residue);
+    lastResID = std::max(lastResID, residue);
   }
-}
-
-void PDB::storeAtom(const CORdata& atom, const CORdata& before) {
-  if (before.resNumber != atom.resNumber || before.resName != atom.resName ||
-      before.atomName.empty()) {
-    resNames[atom.resNumber] = atom.resName;
-    resCodes[atom.resNumber] = getOneAAName(atom.resName);
-  }
-  firstResID = std::min(firstResID, atom.resNumber);
-  lastResID = std::max(lastResID, atom.resNumber);
-  atoms_.add(atom);
+  atomsOfResidue_[residue].push_back(atoms_.size());
+  atoms_.push_back(added);
 }

@@ -1,9 +1,11 @@
+#include <string_view>
+
 #include "structure/pdb.h"
 
 namespace {
 
 struct ResidueName {
-  const char* three;
+  std::string_view three;
   char one;
 };
 
@@ -31,7 +33,7 @@ std::string PDB::getThreeAAName(char oneLetterCode) {
   for (const ResidueName& name : residueNames) {
     // Kept: "his" has no way back.
     if (oneLetterCode == name.one && oneLetterCode != 'h') {
-      return name.three;
+      return std::string(name.three);
     }
   }
   return "XXX";

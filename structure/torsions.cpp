@@ -35,28 +35,28 @@ bool hasNoSideChainTorsion(const std::string& residue) {
 
 float PDB::getOmega(int conformer, int residue) {
   const long long i = residue;
-  const CORdata ca = atom(conformer, i, "CA");
-  const CORdata n = atom(conformer, i, "N");
-  const CORdata previousC = atom(conformer, i - 1, "C");
-  const CORdata previousCa = atom(conformer, i - 1, "CA");
+  const CORdata& ca = atom(conformer, i, "CA");
+  const CORdata& n = atom(conformer, i, "N");
+  const CORdata& previousC = atom(conformer, i - 1, "C");
+  const CORdata& previousCa = atom(conformer, i - 1, "CA");
   return getDihedralAngle(previousCa, previousC, n, ca);
 }
 
 float PDB::getPhi(int conformer, int residue) {
   const long long i = residue;
-  const CORdata c = atom(conformer, i, "C");
-  const CORdata ca = atom(conformer, i, "CA");
-  const CORdata n = atom(conformer, i, "N");
-  const CORdata previousC = atom(conformer, i - 1, "C");
+  const CORdata& c = atom(conformer, i, "C");
+  const CORdata& ca = atom(conformer, i, "CA");
+  const CORdata& n = atom(conformer, i, "N");
+  const CORdata& previousC = atom(conformer, i - 1, "C");
   return getDihedralAngle(previousC, n, ca, c);
 }
 
 float PDB::getPsi(int conformer, int residue) {
   const long long i = residue;
-  const CORdata nextN = atom(conformer, i + 1, "N");
-  const CORdata c = atom(conformer, i, "C");
-  const CORdata ca = atom(conformer, i, "CA");
-  const CORdata n = atom(conformer, i, "N");
+  const CORdata& nextN = atom(conformer, i + 1, "N");
+  const CORdata& c = atom(conformer, i, "C");
+  const CORdata& ca = atom(conformer, i, "CA");
+  const CORdata& n = atom(conformer, i, "N");
   return getDihedralAngle(n, ca, c, nextN);
 }
 
