@@ -1,5 +1,9 @@
+#include <array>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
+#include <map>
+#include <sstream>
 #include <stdexcept>
 
 #include "structure/pdb.h"
@@ -9,11 +13,26 @@ namespace {
 
 /// An ATOM line of 60 characters, the shortest there may be. The name fills columns 13 to 16.
 std::string atomLine(int serial, const char* name, const char* residue, int number, double x = 0,
-                     double y = 0, double z = 0) {
+                     double y = 0, double z = 0, char insertion = ' ') {
   char line[96];
-  std::snprintf(line, sizeof line, "ATOM  %5d %-4s %3s A%4d    %8.3f%8.3f%8.3f  1.00\n", serial,
-                name, residue, number, x, y, z);
+  std::snprintf(line, sizeof line, "ATOM  %5d %-4s %3s A%4d%c   %8.3f%8.3f%8.3f  1.00\n", serial,
+                name, residue, number, insertion, x, y, z);
   return line;
+}
+
+PDB structureOf(const std::string& text) {
+  PDB pdb;
+  pdb.loadText(text, "text");
+  return pdb;
+}
+
+/// Number and code of each residue, and the first and last number ever read.
+std::string contentOf(const PDB& pdb) {
+  std::string content;
+  for (const auto& [residue, code] : pdb.resCodes) {
+    content += std::to_string(residue) + code + pdb.resNames.at(residue) + " ";
+  }
+  return content + std::to_string(pdb.firstResID) + ".." + std::to_string(pdb.lastResID);
 }
 
 /// The name under which a line's atom is stored.
@@ -100,24 +119,44 @@ TEST(Structure, PlanarTorsionsAreZeroAndPlus180) {
   }
 }
 
-TEST(Structure, VectorsMultiplyAsTheyShould) {
+TEST(Structure, VectorsAreChangedInPlaceAlsoByThemselves) {
   PDB pdb;
-  float v[3] = {1, 2, 3};
+  const struct {
+    const char* what;
+    std::function<void(float (*)[3])> change; // of the rows (1,2,3), (4,5,6), (2,-3,6)
+    std::vector<float> first;
+  } rows[] = {
+      {"zero", [&](auto m) { pdb.Vec3Zero(m[0]); }, {0, 0, 0}},
+      {"copy", [&](auto m) { pdb.Vec3Copy(m[0], m[1]); }, {4, 5, 6}},
+      {"scaled", [&](auto m) { pdb.Vec3Scale(m[0], -2); }, {-2, -4, -6}},
+      {"sum", [&](auto m) { pdb.Vec3Add(m[0], m[1]); }, {5, 7, 9}},
+      {"sum with itself", [&](auto m) { pdb.Vec3Add(m[0], m[0]); }, {2, 4, 6}},
+      {"difference", [&](auto m) { pdb.Vec3Sub(m[0], m[2]); }, {-1, 5, -3}},
+      {"difference from itself", [&](auto m) { pdb.Vec3Sub(m[0], m[0]); }, {0, 0, 0}},
+      {"cross product", [&](auto m) { pdb.Vec3Cross(m[0], m[1]); }, {-3, 6, -3}},
+      {"cross product with itself", [&](auto m) { pdb.Vec3Cross(m[0], m[0]); }, {0, 0, 0}},
+      // As a row: 1 (1,2,3) + 2 (4,5,6) + 3 (2,-3,6).
+      {"times a matrix that holds it", [&](auto m) { pdb.Mat3VecMult(m[0], m); }, {15, 3, 33}},
+      {"norm",
+       [&](auto m) { pdb.Vec3Norm(m[2]), pdb.Vec3Copy(m[0], m[2]); },
+       {2. / 7, -3. / 7, 6. / 7}},
+  };
+  for (const auto& row : rows) {
+    float m[3][3] = {{1, 2, 3}, {4, 5, 6}, {2, -3, 6}};
+    row.change(m);
+    for (std::size_t i = 0; i < 3; ++i) {
+      EXPECT_FLOAT_EQ(m[0][i], row.first[i]) << row.what << ", " << i;
+    }
+  }
+  float zero[3] = {0, 0, 0};
+  const float v[3] = {2, -3, 6};
   const float w[3] = {4, 5, 6};
-  EXPECT_EQ(pdb.Vec3Scalar(v, w), 32.0F);
-  pdb.Vec3Cross(v, w);
-  EXPECT_EQ(std::vector<float>(v, v + 3), (std::vector<float>{-3, 6, -3}));
-  const float m[3][3] = {{1, 2, 0}, {0, 1, 0}, {1, 0, 1}};
-  pdb.Mat3VecMult(v, m); // as a row: (-3-3, -6+6, -3)
-  EXPECT_EQ(std::vector<float>(v, v + 3), (std::vector<float>{-6, 0, -3}));
+  EXPECT_EQ(pdb.Vec3Scalar(v, w), 29.0F);
+  EXPECT_EQ(pdb.Vec3Abs(v), 7.0F);
+  EXPECT_EQ(pdb.Vec3DiffAbs(v, v), 0.0F);
   EXPECT_EQ(pdb.sgn(0.0F), 1.0F);
-  pdb.Vec3Scale(v, 2);
-  pdb.Vec3Add(v, w);
-  EXPECT_EQ(std::vector<float>(v, v + 3), (std::vector<float>{-8, 5, 0}));
-  pdb.Vec3Copy(v, w);
-  EXPECT_EQ(std::vector<float>(v, v + 3), (std::vector<float>{4, 5, 6}));
-  pdb.Vec3Zero(v);
-  EXPECT_EQ(std::vector<float>(v, v + 3), (std::vector<float>{0, 0, 0}));
+  pdb.Vec3Norm(zero);
+  EXPECT_TRUE(std::isnan(zero[0]));
 }
 
 TEST(Structure, ReadsTheFirstChainOfTheFirstModel) {
@@ -141,8 +180,40 @@ TEST(Structure, ReadsTheFirstChainOfTheFirstModel) {
   const Outcome missing = outcomeOf([] { PDB("no/such.pdb"); });
   EXPECT_EQ(missing.status, 0);
   EXPECT_EQ(missing.err, "\tCan't open file no/such.pdb for reading\n");
-  EXPECT_THROW(PDB(writeFile("short.pdb", atomLine(1, " N", "ALA", 5).substr(0, 59))),
-               std::out_of_range);
+  const std::string line = atomLine(1, " N", "ALA", 5);
+  EXPECT_EQ(contentOf(structureOf(line.substr(0, 60))), "5AALA 5..5");
+  EXPECT_THROW(structureOf(line.substr(0, 59)), std::out_of_range);
+}
+
+TEST(Structure, ASecondReadingKeepsOnlyTheReachOfTheFirst) {
+  PDB pdb(writeFile("first.pdb", atomLine(1, " SG", "CYS", 5) + atomLine(2, " SG", "CYS", 12)));
+  EXPECT_EQ(contentOf(pdb), "5ccys 12ccys 5..12");
+  EXPECT_EQ(pdb.getEntry(1, 2).resNumber, 12);
+  PDB copy = pdb;
+  pdb.loadPDB(writeFile("second.pdb", atomLine(7, " CA", "GLY", 8) + atomLine(8, " N", "CYS", 20)));
+  EXPECT_EQ(contentOf(pdb), "8GGLY 20CCYS 5..20");
+  EXPECT_EQ(pdb.fileName, scratchPath("second.pdb"));
+  EXPECT_EQ(pdb.getEntry(1, 12, "SG").atomName + pdb.getEntry(1, 2).atomName, "");
+  EXPECT_EQ(pdb.getEntry(1, 8, "CA").atomNumber, 7);
+  EXPECT_EQ(pdb.getEntry(1, 8).resNumber, 20);
+  pdb.loadText("", "nothing");
+  EXPECT_EQ(contentOf(pdb), "5..20");
+  const PDB moved = std::move(copy);
+  PDB again = moved;
+  EXPECT_EQ(contentOf(again), "5ccys 12ccys 5..12") << "a copy is not touched";
+  EXPECT_EQ(again.getEntry(1, 12, "SG").atomNumber, 2);
+  EXPECT_EQ(again.getEntry(1, 2).resNumber, 12);
+}
+
+TEST(Structure, InsertedResiduesShareTheNumber) {
+  PDB pdb = structureOf(atomLine(1, " CA", "ALA", 52, 1) + atomLine(2, " CB", "ALA", 52, 2) +
+                        atomLine(3, " CA", "GLY", 52, 3, 0, 0, 'A') +
+                        atomLine(4, " CA", "SER", 53) + atomLine(5, " N", "GLY", 52, 5, 0, 0, 'B'));
+  EXPECT_EQ(contentOf(pdb), "52GGLY 53SSER 52..53");
+  EXPECT_EQ(pdb.getEntry(1, 52, "CA").x, 3.0F) << "the later line";
+  EXPECT_EQ(pdb.getEntry(1, 52, "CB").x, 2.0F) << "which only the first has";
+  EXPECT_EQ(pdb.getEntry(1, 52, "N").x, 5.0F) << "behind another residue";
+  EXPECT_EQ(pdb.getEntry(1, 1).x, 1.0F);
 }
 
 TEST(Structure, FieldsAreFixedColumns) {
@@ -181,39 +252,95 @@ TEST(Structure, NamesAreNormalised) {
 }
 
 TEST(Structure, DisulfidesJoinSulfursMoreThanThreeResiduesApart) {
+  const auto sulfur = [](int residue, double x) { return atomLine(1, " SG", "CYS", residue, x); };
+  const auto bare = [](int residue) { return atomLine(1, " CA", "CYS", residue, 77); };
   const struct {
     const char* what;
-    int second;
-    double distance;
-    bool bonded;
-  } rows[] = {{"three apart", 13, 2.0, false},
-              {"four apart", 14, 2.0, true},
-              {"at the limit", 14, 2.5, true},
-              {"beyond the limit", 14, 2.501, false}};
+    std::string text;
+    const char* content;
+  } rows[] = {
+      {"three apart", sulfur(10, 50) + sulfur(13, 52), "10CCYS 13CCYS 10..13"},
+      {"four apart", sulfur(10, 50) + sulfur(14, 52), "10ccys 14ccys 10..14"},
+      {"at the limit", sulfur(10, 50) + sulfur(14, 52.5), "10ccys 14ccys 10..14"},
+      {"beyond the limit", sulfur(10, 50) + sulfur(14, 52.501), "10CCYS 14CCYS 10..14"},
+      {"three in a row", sulfur(1, 9) + sulfur(6, 11) + sulfur(11, 13), "1ccys 6ccys 11ccys 1..11"},
+      {"named as bonded", atomLine(1, " SG", "cys", 1, 9) + sulfur(6, 11), "1ccys 6ccys 1..6"},
+      {"kept: missing sulfurs lie at the origin", bare(10) + bare(14), "10ccys 14ccys 10..14"},
+      {"one missing, one near the origin", bare(10) + sulfur(14, 2), "10ccys 14ccys 10..14"},
+      {"one missing, one elsewhere", bare(10) + sulfur(14, 3), "10CCYS 14CCYS 10..14"},
+      {"both missing, three apart", bare(10) + bare(13), "10CCYS 13CCYS 10..13"},
+      {"no cysteine", sulfur(10, 1) + atomLine(2, " SG", "SER", 14, 1), "10CCYS 14SSER 10..14"},
+  };
   for (const auto& row : rows) {
-    PDB pdb(writeFile("ss.pdb", atomLine(1, " SG", "CYS", 10, 50) +
-                                    atomLine(2, " SG", "CYS", row.second, 50 + row.distance)));
-    EXPECT_EQ(pdb.resCodes[10], row.bonded ? "c" : "C") << row.what;
-    EXPECT_EQ(pdb.resNames[row.second], row.bonded ? "cys" : "CYS") << row.what;
+    PDB pdb = structureOf(row.text);
+    EXPECT_EQ(contentOf(pdb), row.content) << row.what;
+    const std::map<int, std::string> codes = pdb.resCodes;
+    for (const auto& [residue, code] : codes) {
+      EXPECT_EQ(pdb.isSSBonded(2, residue), code == "c") << row.what << ", " << residue;
+    }
   }
-  PDB bare(writeFile("ss.pdb", atomLine(1, " N", "CYS", 1, 9) + atomLine(2, " N", "CYS", 9, 99)));
-  EXPECT_TRUE(bare.isSSBonded(1, 1)) << "kept: a missing sulfur lies at the origin";
+}
+
+TEST(Structure, BackboneTorsionsTakeTheirAtomsFromTheNeighbours) {
+  // Bonds along the axes of space, but the last, which halves two of them.
+  PDB pdb =
+      structureOf(atomLine(1, " C", "ALA", 1, 1, 0, 0) + atomLine(2, " N", "ALA", 2, 0, 0, 0) +
+                  atomLine(3, " CA", "ALA", 2, 0, 0, 1) + atomLine(4, " C", "ALA", 2, 0, 1, 1) +
+                  atomLine(5, " N", "PRO", 3, 1, 1, 1) + atomLine(6, " CA", "PRO", 3, 1, 2, 2));
+  const int least = std::numeric_limits<int>::min();
+  const int largest = std::numeric_limits<int>::max();
+  const struct {
+    float (PDB::*torsion)(int, int);
+    int residue;
+    float angle;
+  } rows[] = {
+      {&PDB::getPhi, 2, 90},           {&PDB::getPhi, 1, PDB::noAngle},
+      {&PDB::getPhi, 3, PDB::noAngle}, {&PDB::getPhi, least, PDB::noAngle},
+      {&PDB::getPsi, 2, -90},          {&PDB::getPsi, 1, PDB::noAngle},
+      {&PDB::getPsi, 3, PDB::noAngle}, {&PDB::getPsi, largest, PDB::noAngle},
+      {&PDB::getOmega, 3, -135},       {&PDB::getOmega, 2, PDB::noAngle},
+  };
+  for (const auto& row : rows) {
+    EXPECT_FLOAT_EQ((pdb.*row.torsion)(1, row.residue), row.angle) << &row - rows;
+    EXPECT_EQ((pdb.*row.torsion)(2, row.residue), PDB::noAngle) << &row - rows;
+  }
 }
 
 TEST(Structure, SideChainTorsionsEndAtTheResiduesOwnAtoms) {
-  // N, CA and CB at right angles; the candidates for the fourth atom stand at +90 and 180.
-  const auto chi1 = [](const char* residue, const char* end) {
-    PDB pdb(writeFile("chi.pdb", atomLine(1, " N", residue, 1, 1, 0, 0) +
-                                     atomLine(2, " CA", residue, 1, 0, 0, 0) +
-                                     atomLine(3, " CB", residue, 1, 0, 0, 1) +
-                                     atomLine(4, end, residue, 1, 0, 1, 1)));
-    return pdb.getChi1(1, 1);
+  // Four atoms at right angles, N to the end of chi1 or CA to that of chi2: 90 degrees.
+  const auto chi = [](const std::string& residue, const std::array<const char*, 4>& atoms) {
+    const char* const name = residue.c_str();
+    return structureOf(atomLine(1, atoms[0], name, 1, 1, 0, 0) + atomLine(2, atoms[1], name, 1) +
+                       atomLine(3, atoms[2], name, 1, 0, 0, 1) +
+                       atomLine(4, atoms[3], name, 1, 0, 1, 1));
   };
-  const char* const ends[][2] = {{"VAL", " CG2"}, {"ILE", " CG1"}, {"THR", " OG1"},
-                                 {"SER", " OG"},  {"CYS", " SG"},  {"LYS", " CG"}};
-  for (const auto& end : ends) {
-    EXPECT_FLOAT_EQ(chi1(end[0], end[1]), 90.0F) << end[0];
+  const struct {
+    const char* residues;
+    const char* chi1End;
+    const char* chi2Third;
+    const char* chi2End;
+  } rows[] = {{"VAL", "CG2", "CG1", "HG11"},
+              {"THR", "OG1", "CG2", "HG21"},
+              {"SER", "OG", "OG", "HG"},
+              {"CYS cys", "SG", "SG", "HG"},
+              {"ILE", "CG1", "CG1", "CD1"},
+              {"ASN ASP", "CG", "CG", "OD1"},
+              {"HIS", "CG", "CG", "ND1"},
+              {"MET", "CG", "CG", "SD"},
+              {"LEU PHE TYR TRP", "CG", "CG", "CD1"},
+              {"LYS ARG GLU GLN PRO MSE", "CG", "CG", "CD"}};
+  for (const auto& row : rows) {
+    std::istringstream residues(row.residues);
+    for (std::string residue; residues >> residue;) {
+      EXPECT_FLOAT_EQ(chi(residue, {"N", "CA", "CB", row.chi1End}).getChi1(1, 1), 90.0F) << residue;
+      EXPECT_FLOAT_EQ(chi(residue, {"CA", "CB", row.chi2Third, row.chi2End}).getChi2(1, 1), 90.0F)
+          << residue;
+    }
   }
-  EXPECT_EQ(chi1("VAL", " CG1"), PDB::noAngle);
-  EXPECT_EQ(chi1("ALA", " CG"), PDB::noAngle);
+  EXPECT_EQ(chi("VAL", {"N", "CA", "CB", "CG1"}).getChi1(1, 1), PDB::noAngle);
+  EXPECT_EQ(chi("VAL", {"CA", "CB", "CG1", "CG2"}).getChi2(1, 1), PDB::noAngle);
+  for (const char* const none : {"ALA", "GLY"}) {
+    EXPECT_EQ(chi(none, {"N", "CA", "CB", "CG"}).getChi1(1, 1), PDB::noAngle);
+    EXPECT_EQ(chi(none, {"CA", "CB", "CG", "CD"}).getChi2(1, 1), PDB::noAngle);
+  }
 }
