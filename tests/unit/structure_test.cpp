@@ -193,11 +193,12 @@ TEST(Structure, ASecondReadingKeepsOnlyTheReachOfTheFirst) {
   pdb.loadPDB(writeFile("second.pdb", atomLine(7, " CA", "GLY", 8) + atomLine(8, " N", "CYS", 20)));
   EXPECT_EQ(contentOf(pdb), "8GGLY 20CCYS 5..20");
   EXPECT_EQ(pdb.fileName, scratchPath("second.pdb"));
-  EXPECT_EQ(pdb.getEntry(1, 12, "SG").atomName + pdb.getEntry(1, 2).atomName, "");
+  EXPECT_EQ(pdb.resNames.size(), 2U);
+  EXPECT_EQ(pdb.getEntry(1, 5, "CA").atomName + pdb.getEntry(1, 2).atomName, "");
   EXPECT_EQ(pdb.getEntry(1, 8, "CA").atomNumber, 7);
   EXPECT_EQ(pdb.getEntry(1, 8).resNumber, 20);
   pdb.loadText("", "nothing");
-  EXPECT_EQ(contentOf(pdb), "5..20");
+  EXPECT_EQ(contentOf(pdb) + pdb.fileName, "5..20nothing");
   const PDB moved = std::move(copy);
   PDB again = moved;
   EXPECT_EQ(contentOf(again), "5ccys 12ccys 5..12") << "a copy is not touched";
@@ -206,19 +207,21 @@ TEST(Structure, ASecondReadingKeepsOnlyTheReachOfTheFirst) {
 }
 
 TEST(Structure, InsertedResiduesShareTheNumber) {
-  PDB pdb = structureOf(atomLine(1, " CA", "ALA", 52, 1) + atomLine(2, " CB", "ALA", 52, 2) +
-                        atomLine(3, " CA", "GLY", 52, 3, 0, 0, 'A') +
-                        atomLine(4, " CA", "SER", 53) + atomLine(5, " N", "GLY", 52, 5, 0, 0, 'B'));
-  EXPECT_EQ(contentOf(pdb), "52GGLY 53SSER 52..53");
+  PDB pdb = structureOf(
+      atomLine(1, " CA", "ALA", 52, 1) + atomLine(2, " CB", "ALA", 52, 2) +
+      atomLine(3, " CA", "GLY", 52, 3, 0, 0, 'A') + atomLine(4, " CA", "SER", 53) +
+      atomLine(5, " CA", "VAL", 53, 0, 0, 0, 'A') + atomLine(6, " N", "THR", 52, 5, 0, 0, 'B'));
+  EXPECT_EQ(contentOf(pdb), "52TTHR 53VVAL 52..53");
   EXPECT_EQ(pdb.getEntry(1, 52, "CA").x, 3.0F) << "the later line";
   EXPECT_EQ(pdb.getEntry(1, 52, "CB").x, 2.0F) << "which only the first has";
   EXPECT_EQ(pdb.getEntry(1, 52, "N").x, 5.0F) << "behind another residue";
-  EXPECT_EQ(pdb.getEntry(1, 1).x, 1.0F);
+  EXPECT_EQ(pdb.getEntry(1, 1).x, 1.0F) << "by serial number";
+  EXPECT_EQ(pdb.getEntry(2, 1).atomName + pdb.getEntry(2, 52, "CA").atomName, "");
 }
 
 TEST(Structure, FieldsAreFixedColumns) {
   PDB pdb;
-  const std::string line =
+  std::string line =
       "ATOM   1234 1HG2AVAL B -12A      1.500  -2.250 100.125  0.50 23.75           H";
   const char* const fields[] = {"",     "ATOM  ",   " 1234",    " 1HG2",    "VAL ",   "B",
                                 " -12", "   1.500", "  -2.250", " 100.125", "  0.50", " 23.75"};
@@ -233,6 +236,9 @@ TEST(Structure, FieldsAreFixedColumns) {
   EXPECT_EQ(std::vector<float>({atom.x, atom.coor[1], atom.z, atom.bFactor}),
             (std::vector<float>{1.5F, -2.25F, 100.125F, 23.75F}));
   EXPECT_EQ(atom.resNumber, -12);
+  line[20] = '+';
+  pdb.loadPDB_Entry(line, atom);
+  EXPECT_EQ(atom.resName, "VAL") << "three of the four columns";
 }
 
 TEST(Structure, NamesAreNormalised) {
