@@ -139,7 +139,7 @@ TEST(Structure, VectorsAreChangedInPlaceAlsoByThemselves) {
       {"times a matrix that holds it", [&](auto m) { pdb.Mat3VecMult(m[0], m); }, {15, 3, 33}},
       {"norm",
        [&](auto m) { pdb.Vec3Norm(m[2]), pdb.Vec3Copy(m[0], m[2]); },
-       {2. / 7, -3. / 7, 6. / 7}},
+       {2.F / 7, -3.F / 7, 6.F / 7}},
   };
   for (const auto& row : rows) {
     float m[3][3] = {{1, 2, 3}, {4, 5, 6}, {2, -3, 6}};
