@@ -22,7 +22,7 @@ void run(int argc, char** argv) {
   citrans.setArgs(options);
   citrans.runPredict();
   const double seconds = static_cast<double>(std::clock() - start) / ticksPerSecond;
-  citrans.out(printed("\n Running time: %g seconds\n", seconds));
+  citrans.out(formatted("\n Running time: %g seconds\n", seconds));
 }
 
 /// Hands over what was printed on standard output, and says so on standard error when any of it was

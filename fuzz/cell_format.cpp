@@ -59,9 +59,8 @@ bool hasLongNumber(const std::string& piece) {
 
 /// printf of the piece as it stands, or, with a number beyond the limit, only its size bounded.
 void requirePrinted(const std::string& piece, const std::string& cell) {
-  TextBuffer buffer;
-  CellFormat(piece).append(buffer.append("x"), cell);
-  const std::string_view out = buffer.view();
+  std::string out = "x";
+  CellFormat(piece).append(out, cell);
   if (hasLongNumber(piece)) {
     require(out.size() <= 3 * (largestNumber + piece.size() + cell.size()) + 400, "bounded output");
     return;

@@ -17,37 +17,20 @@ namespace fuzzing {
 /// Ends the process, with `what` on the real standard error, unless `holds`.
 void require(bool holds, const char* what);
 
-/// A file without a name in any directory, in memory, that programs open by `path()`.
-class MemoryFile {
- public:
-  MemoryFile();
-  ~MemoryFile();
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
-
-  const std::string& path() const { return path_; }
-  void write(std::string_view text) const;
-  std::string read() const;
-
- private:
-  int descriptor_;
-  std::string path_;
-};
-
 /// How the tested code came to its end.
 enum class End {
   returned,
-  refused,   ///< through `endRun`
+  refused,   ///< as a `RunEnd`
   outOfRange ///< std::out_of_range, the one exception that input may raise
 };
 
 struct Outcome {
   End end = End::returned;
-  int status = 0;       ///< of `endRun`
-  std::string messages; ///< what went to standard output and standard error
+  int status = 0;       ///< of the `RunEnd`
+  std::string messages; ///< its message
 };
 
-/// Runs the code with `endRun` caught and both streams captured. Any other exception passes.
+/// Runs the code and catches its end. Any other exception passes.
 Outcome run(const std::function<void()>& code);
 
 /// Whether the messages hold nothing that a terminal would obey: no control byte but the line

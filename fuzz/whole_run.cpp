@@ -1,9 +1,6 @@
 #include "fuzz/support.h"
 
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <unistd.h>
 
 #include "app/citrans.h"
 #include "table/number.h"
@@ -12,27 +9,17 @@ namespace {
 
 using fuzzing::require;
 
-/// Where the runs write: a folder of their own, in memory where the system has one for that.
-class Scratch {
- public:
-  Scratch() {
-    namespace fs = std::filesystem;
-    const fs::path base = fs::exists("/dev/shm") ? fs::path("/dev/shm") : fs::temp_directory_path();
-    folder_ = base / ("citrans-fuzz-" + std::to_string(getpid()));
-    fs::create_directories(folder_);
-  }
-  ~Scratch() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-  }
-  Scratch(const Scratch&) = delete;
-  Scratch& operator=(const Scratch&) = delete;
-
-  std::string file(const char* name) const { return (folder_ / name).string(); }
-
- private:
-  std::filesystem::path folder_;
-};
+/// The database, loaded once, with its isotope corrections.
+const CITRANS& database() {
+  static const CITRANS loaded = [] {
+    CITRANS run;
+    run.keepSilent();
+    run.setArgs({{"tabDir", CITRANS_SOURCE_DIR "/tab"}, {"iso", "true"}});
+    run.loadDatabase();
+    return run;
+  }();
+  return loaded;
+}
 
 /// Letters of a first line that begins with "#", which readers pass over: o offset, i iso,
 /// n noclip, v verb, k check, p path, r reference structure.
@@ -58,9 +45,7 @@ CITRANS::Options optionsFrom(std::string_view text) {
   return options;
 }
 
-void requireSummary(const std::string& name) {
-  GDB summary;
-  summary.loadGDB(name);
+void requireSummary(const GDB& summary) {
   for (std::size_t row = 0; row < summary.rowCount(); ++row) {
     for (const char* column : {"P_CIS", "P_CIS_NORM"}) {
       const double likelihood = parseDouble(summary.cell(row, column));
@@ -72,30 +57,25 @@ void requireSummary(const std::string& name) {
 
 } // namespace
 
-/// Any bytes as the input table of a whole run over the database: a run that returns has written
-/// a summary of likelihoods, one that is refused has not, and messages stay plain text.
+/// Any bytes as the input table of a whole run over the database: a run that returns has a summary
+/// of likelihoods that can be written and read, and messages stay plain text.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
-  static const Scratch scratch;
-  static const fuzzing::MemoryFile file;
-  const std::string sum = scratch.file("pred.tab");
-  file.write(text);
-  unlink(sum.c_str());
-
-  CITRANS::Options options = optionsFrom(text);
-  options["tabDir"] = CITRANS_SOURCE_DIR "/tab";
-  options["in"] = file.path();
-  options["sum"] = sum;
-  CITRANS citrans;
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  std::string printed;
+  CITRANS run = database();
+  run.out = run.errors = [&printed](std::string_view line) { printed += line; };
   const fuzzing::Outcome outcome = fuzzing::run([&] {
-    citrans.setArgs(options);
-    citrans.runPredict();
+    run.setArgs(optionsFrom(text));
+    run.inputTable.loadText(text);
+    run.predictInput();
   });
-  require(fuzzing::plainMessages(outcome.messages), "plain messages");
-  require(std::filesystem::exists(sum) == (outcome.end == fuzzing::End::returned),
-          "a summary after a run that returns, and only then");
+  require(fuzzing::plainMessages(printed + outcome.messages), "plain messages");
   if (outcome.end == fuzzing::End::returned) {
-    requireSummary(sum);
+    GDB readBack;
+    readBack.loadText(run.summary.text());
+    require(readBack.rowCount() == run.predictions.size(), "a row for each proline");
+    requireSummary(readBack);
+    require(!run.shiftTableText().empty(), "a table of secondary shifts");
   }
   return 0;
 }

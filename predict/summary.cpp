@@ -101,11 +101,11 @@ void CITRANS::printListing() const {
     const int proline = parseInt(summary.cell(row, "RESID"));
     const std::string before = messageText(summary.cell(row, "RESNAME_R1"));
     const std::string after = messageText(summary.cell(row, "RESNAME_R3"));
-    out(printed("   %1s%-3d %1s%-3d %1s%-3d %-6.3f %-6.3f", before.c_str(), proline - 1, "P",
+    out(formatted("   %1s%-3d %1s%-3d %1s%-3d %-6.3f %-6.3f", before.c_str(), proline - 1, "P",
                 proline, after.c_str(), proline + 1, parseDouble(summary.cell(row, "P_CIS")),
                 parseDouble(summary.cell(row, "P_CIS_NORM"))));
     if (withReference) {
-      out(printed("     %-8.3f", parseDouble(summary.cell(row, "OMEGA_REF"))));
+      out(formatted("     %-8.3f", parseDouble(summary.cell(row, "OMEGA_REF"))));
     }
     out("\n");
   }

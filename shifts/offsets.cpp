@@ -55,7 +55,7 @@ void CITRANS::reportOffset(const char* key, const char* nuclei) {
   if (known == offsets.end() || known->second == 0) {
     return;
   }
-  const std::string text = printed(" %6.3f ppm referencing offset applied for %s chemical shifts",
+  const std::string text = formatted(" %6.3f ppm referencing offset applied for %s chemical shifts",
                                    static_cast<double>(known->second), nuclei);
   shiftTable.addRemark(text);
   errors(text + "\n");

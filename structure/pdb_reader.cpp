@@ -97,7 +97,7 @@ void PDB::loadPDB_Entry(const std::string& line, CORdata& atom) {
 
 void PDB::loadPDB(const std::string& path) {
   fileName = path;
-  const std::optional<std::string> text = readFile(path);
+  const std::optional<std::string> text = readWholeFile(path);
   if (!text) {
     throw RunEnd(0, "\tCan't open file " + messageText(path) + " for reading\n");
   }

@@ -55,7 +55,7 @@ int decimalsAsTheyStand(std::string_view text) {
 /// `format` is one checked conversion for a value of this type.
 template <class Value>
 std::string printedValue(const std::string& format, Value value) {
-  return printed(format.c_str(), value);
+  return formatted(format.c_str(), value);
 }
 #pragma GCC diagnostic pop
 

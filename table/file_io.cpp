@@ -18,7 +18,7 @@ std::size_t expectedSize(int descriptor) {
 
 } // namespace
 
-std::optional<std::string> readFile(const std::string& path) {
+std::optional<std::string> readWholeFile(const std::string& path) {
   const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (descriptor < 0) {
     return std::nullopt;

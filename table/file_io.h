@@ -6,7 +6,7 @@
 
 /// All bytes of a regular file, a pipe or a device; nothing when it cannot be opened. Empty for a
 /// directory; what was read before the first read error otherwise.
-std::optional<std::string> readFile(const std::string& path);
+std::optional<std::string> readWholeFile(const std::string& path);
 
 /// Takes the next line off `rest`, without its newline. A last line without a newline counts.
 /// \return false when nothing is left

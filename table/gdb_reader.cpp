@@ -72,7 +72,7 @@ struct GDB::Reading {
 
 void GDB::loadGDB(const std::string& fileName) {
   fileName_ = fileName;
-  std::optional<std::string> text = readFile(fileName);
+  std::optional<std::string> text = readWholeFile(fileName);
   if (!text) {
     throw RunEnd(0, "\tCan't open file " + messageText(fileName) + " for reading\n");
   }

@@ -14,7 +14,7 @@ void toStandardError(std::string_view text) {
 
 void toNowhere(std::string_view /*text*/) {}
 
-std::string printed(const char* format, ...) {
+std::string formatted(const char* format, ...) {
   std::va_list arguments;
   std::va_list again;
   va_start(arguments, format);

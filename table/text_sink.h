@@ -15,4 +15,4 @@ void toStandardError(std::string_view text);
 void toNowhere(std::string_view text);
 
 /// What the C library's printf prints for these arguments.
-[[gnu::format(printf, 1, 2)]] std::string printed(const char* format, ...);
+[[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...);

@@ -2,7 +2,6 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 
-#include "table/run_end.h"
 #include "tools/report/quality.h"
 #include "tools/report/text.h"
 #include "tools/report/verdict.h"
@@ -46,26 +45,11 @@ TEST(Text, NumbersSignsAndOdds) {
   }
 }
 
-TEST(Capture, KeepsBothStreamsAndGivesThemBack) {
-  const Printed printed = capture([] {
-    std::puts("to output");
-    std::fputs("to error\n", stderr);
-  });
-  EXPECT_EQ(printed.standardOutput, "to output\n");
-  EXPECT_EQ(printed.standardError, "to error\n");
-  testing::internal::CaptureStdout();
-  std::puts("after");
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "after\n");
-  EXPECT_THROW(capture([] { throw std::runtime_error("within"); }), std::runtime_error);
-}
-
 /// Ala-Ala-Pro-Gly-Ala with every kind of term around the proline. Each statistic has its own
 /// means, so that a mistaken index shows.
 class OneProline : public testing::Test {
  protected:
   OneProline() {
-    // A refusal of the core would end the tests with status 0.
-    setRunEndHandler([](int) { throw std::logic_error("the core ended the run"); });
     run.shiftTable.VARS_str_parser("RESID RESNAME ATOMNAME SHIFT");
     inputs.sequence = {{1, "A"}, {2, "A"}, {3, "P"}, {4, "G"}, {5, "A"}};
     inputs.residueCount = 5;

@@ -3,7 +3,6 @@
 
 #include "app/citrans.h"
 #include "app/command_line.h"
-#include "table/run_end.h"
 #include "tests/unit/support.h"
 
 namespace {
@@ -131,8 +130,4 @@ TEST(App, TheDatabaseIsFoundThroughTheEnvironment) {
     const Environment path("PATH", row.path);
     EXPECT_EQ(CITRANS().tabDir, row.tables);
   }
-}
-
-TEST(App, TheEndOfARunWithoutAHandlerIsAnExit) {
-  EXPECT_EXIT(endRun(-1), testing::ExitedWithCode(255), "");
 }

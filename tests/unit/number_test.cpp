@@ -45,9 +45,9 @@ std::string printed(const std::string& format, Value value) {
 #pragma GCC diagnostic pop
 
 std::string cellText(const std::string& piece, const std::string& cell) {
-  TextBuffer text;
+  std::string text;
   CellFormat(piece).append(text, cell);
-  return std::string(text.view());
+  return text;
 }
 
 std::string sixDigits(float value) {

@@ -105,10 +105,10 @@ TEST(Predict, ATripletNeedsTwoResiduesWithThreeShiftsAndBothNeighbours) {
 TEST(Predict, ATripletHoldsClippedShiftsAndZeroForNone) {
   CITRANS run;
   run.sequence = {{1, "A"}, {2, "P"}};
-  loadText(run.shiftTable,
-           "VARS RESID ATOMNAME SHIFT\nFORMAT %d %s %f\n1 CA 3.5\n2 CA 9999\n2 C -0.5\n");
-  loadText(run.limitsTable, "VARS RESNAME CA_MIN CA_MAX C_MIN C_MAX N_MIN N_MAX\n"
-                            "FORMAT %s %f %f %f %f %f %f\nA -1 1.25 0 0 0 0\nP -1 1 -2 2 1 2\n");
+  run.shiftTable.loadText(
+      "VARS RESID ATOMNAME SHIFT\nFORMAT %d %s %f\n1 CA 3.5\n2 CA 9999\n2 C -0.5\n");
+  run.limitsTable.loadText("VARS RESNAME CA_MIN CA_MAX C_MIN C_MAX N_MIN N_MAX\n"
+                           "FORMAT %s %f %f %f %f %f %f\nA -1 1.25 0 0 0 0\nP -1 1 -2 2 1 2\n");
   for (const bool clip : {true, false}) {
     run.clipOn = clip;
     CITRANS::Triplet triplet = run.getTriplet(2);

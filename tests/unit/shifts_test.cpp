@@ -13,9 +13,9 @@ constexpr char randomCoil[] =
 
 /// Prepares the shifts of a protein; `rows` are "RESID RESNAME ATOMNAME SHIFT" lines.
 Outcome prepare(CITRANS& run, const std::string& sequence, const std::string& rows) {
-  loadText(run.inputTable, "DATA SEQUENCE " + sequence +
-                               "\nVARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n" + rows);
-  loadText(run.randTable, randomCoil);
+  run.inputTable.loadText("DATA SEQUENCE " + sequence +
+                          "\nVARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n" + rows);
+  run.randTable.loadText(randomCoil);
   run.sumBase = scratchPath("out");
   return outcomeOf([&] { run.getResInfo(); });
 }
@@ -39,9 +39,9 @@ void addShift(CITRANS& run, int residue, const char* atom, double shift) {
 
 TEST(Shifts, LookUpsOfUnknownResiduesAndAtoms) {
   CITRANS run;
-  loadText(run.randTable, randomCoil);
-  loadText(run.adjTable, randomCoil);
-  loadText(run.prevTable, "VARS CA\nFORMAT %f\n0.5\n");
+  run.randTable.loadText(randomCoil);
+  run.adjTable.loadText(randomCoil);
+  run.prevTable.loadText("VARS CA\nFORMAT %f\n0.5\n");
   EXPECT_EQ(run.getRC("XYZ", "CA"), 9999.0F);
   EXPECT_EQ(run.getRCadj("XYZ", "CA"), 0.0F);
   EXPECT_EQ(run.getRC("A", "CA"), 50.0F);
@@ -72,7 +72,7 @@ TEST(Shifts, AGlycinesHaComesFromItsTwoProtonsOnly) {
     EXPECT_EQ(run.missCount[1], row.missing) << row.rows;
   }
   CITRANS run;
-  loadText(run.adjTable, "VARS RESNAME HA\nFORMAT %s %f\nG 9999\n");
+  run.adjTable.loadText("VARS RESNAME HA\nFORMAT %s %f\nG 9999\n");
   prepare(run, "G", "1 G HA2 4\n");
   EXPECT_EQ(cellOf(run, 1, "HA"), "-9998.5") << "kept: subtracted even when it stands for none";
 }
@@ -143,8 +143,8 @@ TEST(Shifts, OutliersAreMarkedBeyondTwiceTheirLimitAndHaBeyondThrice) {
   for (const auto& row : rows) {
     CITRANS run;
     run.sequence = {{1, "A"}};
-    loadText(run.limitsTable, "VARS RESNAME CA_MIN CA_MAX HA_MIN HA_MAX\nFORMAT %s %f %f %f %f\n"
-                              "A -1 2 -0.25 0.25\n");
+    run.limitsTable.loadText("VARS RESNAME CA_MIN CA_MAX HA_MIN HA_MAX\nFORMAT %s %f %f %f %f\n"
+                             "A -1 2 -0.25 0.25\n");
     addShift(run, 1, std::string(row.atom) == "HN" ? "H" : row.atom, row.shift);
     char line[64] = "";
     if (*row.line != '\0') {

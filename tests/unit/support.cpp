@@ -11,14 +11,6 @@
 
 namespace {
 
-struct RunEnded {
-  int status;
-};
-
-[[noreturn]] void throwRunEnded(int status) {
-  throw RunEnded{status};
-}
-
 /// A new folder, removed with all it holds when the process ends.
 struct Scratch {
   std::filesystem::path path;
@@ -52,27 +44,17 @@ std::string readFile(const std::string& path) {
   return text.str();
 }
 
-void loadText(GDB& table, const std::string& text) {
-  table.loadGDB(writeFile("loaded.tab", text));
-}
-
-std::string savedText(const GDB& table) {
-  table.saveGDB(scratchPath("saved.tab"));
-  return readFile(scratchPath("saved.tab"));
-}
-
 Outcome outcomeOf(const std::function<void()>& work) {
   Outcome outcome;
-  const RunEndHandler before = setRunEndHandler(throwRunEnded);
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   try {
     work();
-  } catch (const RunEnded& end) {
-    outcome.status = end.status;
+  } catch (const RunEnd& end) {
+    toStandardError(end.message());
+    outcome.status = end.status();
   }
   outcome.out = testing::internal::GetCapturedStdout();
   outcome.err = testing::internal::GetCapturedStderr();
-  setRunEndHandler(before);
   return outcome;
 }

@@ -12,11 +12,6 @@ std::string writeFile(const std::string& name, const std::string& content);
 std::string scratchPath(const std::string& name);
 std::string readFile(const std::string& path);
 
-/// Loads a table from its text.
-void loadText(GDB& table, const std::string& text);
-/// What `saveGDB` writes.
-std::string savedText(const GDB& table);
-
 /// How a piece of work went.
 struct Outcome {
   std::optional<int> status; ///< with which it ended the run, if it did
@@ -24,5 +19,5 @@ struct Outcome {
   std::string err;           ///< standard error
 };
 
-/// Does the work with `endRun` turned into an exception.
+/// Does the work; the end of a run is printed as the program prints it.
 Outcome outcomeOf(const std::function<void()>& work);

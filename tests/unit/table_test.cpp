@@ -102,7 +102,7 @@ TEST(Table, ReaderTellsRowsFromKeywords) {
   };
   for (const auto& row : cases) {
     GDB table;
-    loadText(table, row.text);
+    table.loadText(row.text);
     EXPECT_EQ(table.getEntryCount(), row.count) << row.what;
     EXPECT_EQ(rowsOf(table, static_cast<int>(row.rows.size())), row.rows) << row.what;
     EXPECT_EQ(table.remarks(), row.remarks) << row.what;
@@ -122,14 +122,14 @@ TEST(Table, SequenceLettersAreNumberedWithoutGaps) {
   };
   for (const auto& row : rows) {
     GDB table;
-    loadText(table, row.text);
+    table.loadText(row.text);
     EXPECT_EQ(sequenceOf(table), row.sequence) << row.text;
   }
 }
 
 TEST(Table, HeaderItemsOfOneKeyAreJoined) {
   GDB table;
-  loadText(table, "DATA SEQUENCE  A  C\nDATA sequence DE\nDATA FOO\nDATA FIRST_RESID 1\n");
+  table.loadText("DATA SEQUENCE  A  C\nDATA sequence DE\nDATA FOO\nDATA FIRST_RESID 1\n");
   EXPECT_EQ(table.getData("SEQUENCE"), " A C DE");
   EXPECT_EQ(table.getData("sequence"), "");
   EXPECT_EQ(table.getData("FOO"), " FOO");
@@ -138,14 +138,14 @@ TEST(Table, HeaderItemsOfOneKeyAreJoined) {
 
 TEST(Table, RefusedFilesEndTheRun) {
   GDB table;
-  EXPECT_THROW(loadText(table, "REMARK\n"), std::out_of_range);
-  EXPECT_THROW(loadText(table, "DATA \t\n"), std::out_of_range);
-  const Outcome bad = outcomeOf([&] { loadText(table, "VARS A B\nFORMAT %4d %4ld \n"); });
+  EXPECT_THROW(table.loadText("REMARK\n"), std::out_of_range);
+  EXPECT_THROW(table.loadText("DATA \t\n"), std::out_of_range);
+  const Outcome bad = outcomeOf([&] { table.loadText("VARS A B\nFORMAT %4d %4ld \n"); });
   EXPECT_EQ(bad.status, 0);
   EXPECT_EQ(bad.err, "\tBad format syntax '%4ld '\n");
-  const Outcome dos = outcomeOf([&] { loadText(table, "VARS A\r\nFORMAT %8\r.3\r\n"); });
+  const Outcome dos = outcomeOf([&] { table.loadText("VARS A\r\nFORMAT %8\r.3\r\n"); });
   EXPECT_EQ(dos.err, "\tBad format syntax '%8\\x0d.3\r'\n");
-  const Outcome twice = outcomeOf([&] { loadText(table, "VARS A B\nFORMAT %%s\n"); });
+  const Outcome twice = outcomeOf([&] { table.loadText("VARS A B\nFORMAT %%s\n"); });
   EXPECT_EQ(twice.err, "\tBad format syntax '%'\n");
   const Outcome missing = outcomeOf([&] { table.loadGDB("no/such.tab"); });
   EXPECT_EQ(missing.status, 0);
@@ -175,7 +175,7 @@ TEST(Table, ColumnsAreAddedAndChangedWithWarnings) {
 
 TEST(Table, LookUpsCountMatchesFromOne) {
   GDB table;
-  loadText(table, "VARS A B\nFORMAT %s %s\nx 1\ny 2\nx 3\n");
+  table.loadText("VARS A B\nFORMAT %s %s\nx 1\ny 2\nx 3\n");
   EXPECT_EQ(table.getEntry("A", "x", 2)["B"], "3");
   EXPECT_TRUE(table.getEntry("A", "x", 0).empty());
   EXPECT_TRUE(table.getEntry("A", "x", 3).empty());
@@ -223,15 +223,15 @@ TEST(Table, WriterKeepsTheLayout) {
   table.setEntry(1, "ATOMNAME", "CA");
   table.setEntry(1, "SHIFT", "52.1");
   table.addEntry("RESID", "2");
-  EXPECT_EQ(savedText(table), "REMARK shifts\n\nDATA SEQUENCE AC\n\n"
-                              "VARS   RESID RESNAME ATOMNAME SHIFT \n"
-                              "FORMAT %4d %1s %4s  %8.3f\n\n"
-                              "   1 A   CA    52.100\n"
-                              "   2            0.000\n");
+  EXPECT_EQ(table.text(), "REMARK shifts\n\nDATA SEQUENCE AC\n\n"
+                          "VARS   RESID RESNAME ATOMNAME SHIFT \n"
+                          "FORMAT %4d %1s %4s  %8.3f\n\n"
+                          "   1 A   CA    52.100\n"
+                          "   2            0.000\n");
   table.set_plaintext();
-  EXPECT_EQ(savedText(table), "   1 A   CA    52.100\n   2            0.000\n");
+  EXPECT_EQ(table.text(), "   1 A   CA    52.100\n   2            0.000\n");
   GDB empty;
-  EXPECT_EQ(savedText(empty), "\n\nVARS   \nFORMAT \n\n");
+  EXPECT_EQ(empty.text(), "\n\nVARS   \nFORMAT \n\n");
 }
 
 TEST(Table, DecimalsAreRoundedAsPrintfRoundsTheirDouble) {
@@ -265,9 +265,9 @@ TEST(Table, DecimalsAreRoundedAsPrintfRoundsTheirDouble) {
       char printed[64];
       std::snprintf(printed, sizeof printed, "%*.*f", column.width, column.precision,
                     std::strtod(cell, nullptr));
-      TextBuffer out;
+      std::string out;
       CellFormat(column.format).append(out, cell);
-      EXPECT_EQ(out.view(), printed) << column.format << " of " << cell;
+      EXPECT_EQ(out, printed) << column.format << " of " << cell;
     }
   }
 }
@@ -298,7 +298,7 @@ TEST(Table, SequencesAreWrittenInLinesOf55) {
   for (const auto& row : rows) {
     GDB table;
     table.setData("SEQUENCE", row.value);
-    EXPECT_EQ(savedText(table), "\n" + row.written + "\nVARS   \nFORMAT \n\n");
+    EXPECT_EQ(table.text(), "\n" + row.written + "\nVARS   \nFORMAT \n\n");
   }
 }
 
@@ -307,8 +307,8 @@ TEST(Table, ASavedTableReadsBackTheSame) {
                            "VARS   A B C \nFORMAT %-5s %4d  %8.3f\n\n"
                            "x        7    -1.250\nlonger   -3     0.000\n";
   GDB table;
-  loadText(table, text);
-  EXPECT_EQ(savedText(table), text);
+  table.loadText(text);
+  EXPECT_EQ(table.text(), text);
 }
 
 TEST(Table, FilesThatCannotBeWrittenAreReported) {

@@ -47,12 +47,12 @@ std::vector<std::string> filesBelow(const std::string& folder) {
 }
 
 std::vector<std::string> pathsListedIn(const std::string& listFile) {
-  FileText text;
-  if (!readWholeFile(listFile == "-" ? "/dev/stdin" : listFile, text)) {
+  const std::optional<std::string> text = readWholeFile(listFile == "-" ? "/dev/stdin" : listFile);
+  if (!text) {
     throw ToolError(ToolStatus::inputMissing, listFile + ": cannot read the list");
   }
   std::vector<std::string> paths;
-  std::string_view rest = text.view();
+  std::string_view rest = *text;
   for (std::string_view line; takeLine(rest, line);) {
     if (!line.empty() && line.back() == '\r') {
       line.remove_suffix(1);

@@ -68,11 +68,11 @@ Journal::~Journal() {
 }
 
 void Journal::read(const std::string& settings) {
-  FileText text;
-  if (!readWholeFile(path_, text)) {
+  const std::optional<std::string> text = readWholeFile(path_);
+  if (!text) {
     return;
   }
-  std::string_view rest = text.view();
+  std::string_view rest = *text;
   std::string_view line;
   if (!takeLine(rest, line)) {
     return;

@@ -22,8 +22,7 @@ struct ScratchFiles {
 };
 
 std::string contentOf(const std::string& path) {
-  FileText text;
-  return readWholeFile(path, text) ? std::string(text.view()) : std::string();
+  return readWholeFile(path).value_or("");
 }
 
 /// Whether the text is a table of the program's own: it has a VARS and a FORMAT line.
@@ -119,14 +118,14 @@ bool endedWell(const ProcessEnd& end, EntryResult& result, const char* failure,
 /// Makes the entry's table: the file itself, or what the importer makes of it.
 bool makeTable(const ScratchFiles& files, const RunSettings& settings, EntryResult& result) {
   const std::string& path = result.entry.path;
-  FileText text;
   std::error_code error;
-  if (!fs::is_regular_file(path, error) || !readWholeFile(path, text)) {
+  const std::optional<std::string> text = readWholeFile(path);
+  if (!fs::is_regular_file(path, error) || !text) {
     result.status = "missing";
     result.message = "cannot read the file";
     return false;
   }
-  if (isTable(std::string(text.view()))) {
+  if (isTable(*text)) {
     // A link, since the program's command line cannot hold every file name.
     fs::create_symlink(fs::absolute(path), files.table);
     return true;

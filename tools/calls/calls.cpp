@@ -90,11 +90,13 @@ Rules::Rules(const GDB& table) {
 
 Rules Rules::load(const std::string& tabFolder) {
   const std::string path = tabFolder + "/" + tableName;
-  FileText text;
-  if (!readWholeFile(path, text)) {
+  std::optional<std::string> text = readWholeFile(path);
+  if (!text) {
     throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
   }
-  return Rules(GDB(path));
+  GDB table;
+  table.loadText(std::move(*text));
+  return Rules(table);
 }
 
 Call Rules::call(double evidence, Assigned assigned) const {

@@ -10,13 +10,6 @@
 
 namespace {
 
-/// The core has already printed its own line about the file that it refuses.
-class CoreRefusal : public std::exception {};
-
-[[noreturn]] void refuseInput(int /*status*/) {
-  throw CoreRefusal();
-}
-
 int fail(const std::string& program, const char* message, ToolStatus status) {
   std::fprintf(stderr, "%s: %s\n", program.c_str(), message);
   return static_cast<int>(status);
@@ -33,12 +26,12 @@ std::string versionLine(const std::string& program) {
 }
 
 int runTool(const std::string& program, int (*body)(int argc, char** argv), int argc, char** argv) {
-  setRunEndHandler(refuseInput);
   try {
     return body(argc, argv);
   } catch (const ToolError& error) {
     return fail(program, error.what(), error.status());
-  } catch (const CoreRefusal&) {
+  } catch (const RunEnd& refusal) {
+    std::fputs(refusal.what(), stderr); // the core's own line about the file that it refuses
     return static_cast<int>(ToolStatus::badData);
   } catch (const std::exception& error) {
     return fail(program, error.what(), ToolStatus::badData);

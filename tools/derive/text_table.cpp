@@ -12,12 +12,12 @@
 namespace derive {
 namespace {
 
-FileText readOrRefuse(const std::string& path) {
-  FileText text;
-  if (!readWholeFile(path, text)) {
+std::string readOrRefuse(const std::string& path) {
+  const std::optional<std::string> text = readWholeFile(path);
+  if (!text) {
     throw ToolError(ToolStatus::inputMissing, path + ": cannot read");
   }
-  return text;
+  return *text;
 }
 
 std::vector<std::string> splitTabs(std::string_view line) {
@@ -38,10 +38,10 @@ std::vector<std::string> splitTabs(std::string_view line) {
 } // namespace
 
 TextTable TextTable::readTable(const std::string& path, const std::vector<std::string>& columns) {
-  const FileText text = readOrRefuse(path);
+  const std::string text = readOrRefuse(path);
   TextTable table(path);
   bool rowsBegun = false;
-  std::string_view rest = text.view();
+  std::string_view rest = text;
   std::string_view line;
   for (std::size_t number = 1; takeLine(rest, line); ++number) {
     table.lastLine_ = number;
@@ -65,9 +65,9 @@ TextTable TextTable::readTable(const std::string& path, const std::vector<std::s
 }
 
 TextTable TextTable::readTsv(const std::string& path, const std::vector<std::string>& columns) {
-  const FileText text = readOrRefuse(path);
+  const std::string text = readOrRefuse(path);
   TextTable table(path);
-  std::string_view rest = text.view();
+  std::string_view rest = text;
   std::string_view line;
   for (std::size_t number = 1; takeLine(rest, line); ++number) {
     table.lastLine_ = number;

@@ -59,19 +59,19 @@ void say(const char* kind, const std::vector<std::string>& lines) {
   }
 }
 
-FileText readInput(const std::string& path) {
-  FileText text;
+std::string readInput(const std::string& path) {
   std::error_code ignored;
-  if (std::filesystem::is_directory(path, ignored) ||
-      !readWholeFile(path == "-" ? "/dev/stdin" : path, text)) {
+  const bool isFolder = std::filesystem::is_directory(path, ignored);
+  const std::optional<std::string> text = readWholeFile(path == "-" ? "/dev/stdin" : path);
+  if (isFolder || !text) {
     throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
   }
-  return text;
+  return *text;
 }
 
 void importShifts(const Options& options) {
-  const FileText text = readInput(options.input);
-  const Deposition deposition = readDeposition(text.view(), options.input);
+  const std::string text = readInput(options.input);
+  const Deposition deposition = readDeposition(text, options.input);
   if (options.listContents) {
     writeWholeFile(options.output, listContents(deposition));
     return;
@@ -103,7 +103,7 @@ void importStructure(const Options& options) {
     throw ToolError(ToolStatus::badData,
                     options.input + ": no table with a sequence from residue 1");
   }
-  const Structure structure = readStructure(readInput(options.structure).view(), options.structure);
+  const Structure structure = readStructure(readInput(options.structure), options.structure);
   const FittedStructure fitted =
       fitStructure(structure.models, letters, options.structureChoice, options.structure);
   writeWholeFile(options.output, fitted.pdb);

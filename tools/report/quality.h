@@ -1,18 +1,9 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "tools/report/evidence.h"
-
-/// A secondary shift outside the limits of the database.
-struct Outlier {
-  int residue = 0;
-  std::string name, atom;
-  double shift = 0, limit = 0; ///< ppm
-  bool marked = false;         ///< twice, for HA three times, as far out as the limit
-};
 
 /// An estimated referencing offset that exceeds five times its error.
 struct ReportedOffset {
@@ -28,24 +19,14 @@ struct ChangedCall {
 };
 
 /// What the shift check of citrans says of a filled run.
-struct ShiftCheck {
+struct ReportedCheck {
   std::vector<Outlier> outliers;
   std::vector<ReportedOffset> offsets;
   std::vector<std::string> shortages; ///< nuclei without enough points to estimate from
 };
 
-/// What a function printed while it ran.
-struct Printed {
-  std::string standardOutput;
-  std::string standardError;
-};
-
-/// Runs a function and keeps what it writes to the two standard streams from reaching them.
-/// Not for use beside other threads. Throws ToolError(cannotWrite) without room for the text.
-Printed capture(const std::function<void()>& function);
-
 /// Runs the shift check, silently; records its offsets in `run.offsets`.
-ShiftCheck checkShifts(CITRANS& run);
+ReportedCheck checkShifts(CITRANS& run);
 
 /// Subtracts `run.offsets` from the shifts of a filled run as citrans does with -offset: a
 /// proline's CG loses the offset of each of its shifts.

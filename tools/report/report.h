@@ -19,7 +19,7 @@ struct ProlineReport {
 struct Report {
   Inputs inputs;
   std::vector<ProlineReport> prolines; ///< all of the sequence, in its order
-  ShiftCheck check;
+  ReportedCheck check;
   std::vector<ChangedCall> changedCalls; ///< by subtracting the estimated offsets
   std::vector<std::string> warnings;     ///< plain text
   std::string database;                  ///< folder of the tables

@@ -10,33 +10,6 @@
 
 namespace {
 
-/// A file in the temporary folder that lives as long as this object: the table reader takes names.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(const std::string& text) {
-    const char* const folder = std::getenv("TMPDIR");
-    path_ = std::string(folder != nullptr ? folder : "/tmp") + "/citrans-report-XXXXXX";
-    const int descriptor = mkstemp(path_.data());
-    if (descriptor < 0) {
-      throw ToolError(ToolStatus::cannotWrite, path_ + ": cannot write");
-    }
-    ::close(descriptor);
-    OutputFile file(path_);
-    file.buffer().append(text);
-    if (!file.close()) {
-      unlink(path_.c_str());
-      throw ToolError(ToolStatus::cannotWrite, path_ + ": cannot write");
-    }
-  }
-  ~TemporaryFile() { unlink(path_.c_str()); }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
 std::string upperCase(std::string text) {
   for (char& c : text) {
     c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
@@ -56,18 +29,17 @@ bool isDirectory(const std::string& path) {
 } // namespace
 
 std::string readInput(const std::string& path) {
-  FileText file;
-  if (isDirectory(path) || !readWholeFile(path == "-" ? "/dev/stdin" : path, file)) {
+  const std::optional<std::string> text = readWholeFile(path == "-" ? "/dev/stdin" : path);
+  if (isDirectory(path) || !text) {
     throw ToolError(ToolStatus::inputMissing, path + ": cannot read");
   }
-  return std::string(file.view());
+  return *text;
 }
 
 TableFile::TableFile(const std::string& path) : name_(path == "-" ? "standard input" : path) {
   const std::string text = readInput(path);
   findRows(text);
-  const TemporaryFile copy(text);
-  table_.loadGDB(copy.path());
+  table_.loadText(text);
 }
 
 void TableFile::findRows(std::string_view text) {
