@@ -46,18 +46,19 @@ CORdata PDB::getEntry(int conformer, int serial) {
 }
 
 const CORdata& PDB::atom(int conformer, long long residue, std::string_view atomName) const {
-  const auto known = atomsOfResidue_.find(residue);
-  if (conformer != 1 || known == atomsOfResidue_.end()) {
-    return noAtom();
+  const auto known = runsOfResidue_.find(residue);
+  const CORdata* last = &noAtom();
+  if (conformer != 1 || known == runsOfResidue_.end()) {
+    return *last;
   }
-  // From the last one back: of atoms with one residue number and name the last counts.
-  const std::vector<std::size_t>& places = known->second;
-  for (auto place = places.rbegin(); place != places.rend(); ++place) {
-    if (atoms_[*place].atomName == atomName) {
-      return atoms_[*place];
+  for (const std::size_t begin : known->second) {
+    for (std::size_t at = begin; at < atoms_.size() && atoms_[at].resNumber == residue; ++at) {
+      if (atoms_[at].atomName == atomName) {
+        last = &atoms_[at];
+      }
     }
   }
-  return noAtom();
+  return *last;
 }
 
 bool PDB::isSSBonded(int /*conformer*/, int residue) {

@@ -138,9 +138,9 @@ class PDB {
 
   /// The atoms of conformer 1, in the order of the file.
   std::vector<CORdata> atoms_;
-  /// Where among them those of a residue number are. The numbers are wider than `int`, so that
-  /// every residue has neighbours.
-  std::unordered_map<long long, std::vector<std::size_t>> atomsOfResidue_;
+  /// Where among them runs of atoms with one residue number begin. The numbers are wider than
+  /// `int`, so that every residue has neighbours.
+  std::unordered_map<long long, std::vector<std::size_t>> runsOfResidue_;
   /// Where among them the last of a serial number is; empty until the first question by serial.
   std::unordered_map<int, std::size_t> atomOfSerial_;
 

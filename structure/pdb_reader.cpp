@@ -49,14 +49,6 @@ std::string storedAtomName(std::string name) {
   return name;
 }
 
-/// `GDB::simplifyWhiteSpace`, quick for a single word.
-std::string simple(std::string_view text) {
-  const std::string_view word = trimmed(text);
-  const bool single =
-      std::none_of(word.begin(), word.end(), [](char c) { return GDB::isSpace(c); });
-  return single ? std::string(word) : GDB::simplifyWhiteSpace(std::string(word));
-}
-
 /// The columns of a field; throws as `substr` of the line does when it ends before them. Inline:
 /// nine calls for each atom, each with a field that is known beforehand.
 inline std::string_view cut(std::string_view line, int field) {
@@ -69,8 +61,8 @@ inline std::string_view cut(std::string_view line, int field) {
 
 void readAtom(std::string_view line, CORdata& atom) {
   atom.atomNumber = parseInt(cut(line, serial));
-  atom.atomName = storedAtomName(simple(cut(line, name)));
-  atom.resName = simple(cut(line, residueName).substr(0, 3));
+  atom.atomName = storedAtomName(GDB::simplifyWhiteSpace(std::string(cut(line, name))));
+  atom.resName = GDB::simplifyWhiteSpace(std::string(cut(line, residueName).substr(0, 3)));
   atom.chainID = cut(line, chain);
   atom.resNumber = parseInt(cut(line, residueNumber));
   for (int axis = 0; axis < 3; ++axis) {
@@ -126,7 +118,7 @@ void PDB::clear() {
   resNames.clear();
   resCodes.clear();
   atoms_.clear();
-  atomsOfResidue_.clear();
+  runsOfResidue_.clear();
   atomOfSerial_.clear();
   donors_.clear();
   acceptors_.clear();
@@ -135,14 +127,15 @@ void PDB::clear() {
 
 void PDB::addAtom(const CORdata& added) {
   const int residue = added.resNumber;
-  const bool continues = !atoms_.empty() && atoms_.back().resNumber == residue &&
-                         atoms_.back().resName == added.resName;
-  if (!continues) {
+  const bool sameNumber = !atoms_.empty() && atoms_.back().resNumber == residue;
+  if (!sameNumber) {
+    runsOfResidue_[residue].push_back(atoms_.size());
+  }
+  if (!sameNumber || atoms_.back().resName != added.resName) {
     resNames[residue] = added.resName;
     resCodes[residue] = getOneAAName(added.resName);
-    firstResID = std::min(firstResID, residue);
-    lastResID = std::max(lastResID, residue);
   }
-  atomsOfResidue_[residue].push_back(atoms_.size());
+  firstResID = std::min(firstResID, residue);
+  lastResID = std::max(lastResID, residue);
   atoms_.push_back(added);
 }
