@@ -78,6 +78,7 @@ CellFormat::CellFormat(const std::string& piece) {
   after_ = piece.substr(end);
   printf_ = withShortNumbers(piece.substr(start, end - start));
   readFlags();
+  blank_ = before_ + std::string(width_, ' ') + after_;
 }
 
 void CellFormat::readFlags() {
@@ -154,10 +155,11 @@ bool CellFormat::appendAsItStands(std::string& out, std::string_view cell) const
 }
 
 void CellFormat::appendPadded(std::string& out, std::string_view text) const {
-  const std::size_t size = std::max(width_, text.size());
+  if (text.size() > width_) {
+    out.append(before_).append(text).append(after_);
+    return;
+  }
   const std::size_t field = out.size() + before_.size();
-  out.resize(field + size + after_.size(), ' ');
-  before_.copy(&out[field - before_.size()], before_.size());
-  text.copy(&out[left_ ? field : field + size - text.size()], text.size());
-  after_.copy(&out[field + size], after_.size());
+  out += blank_;
+  text.copy(&out[left_ ? field : field + width_ - text.size()], text.size());
 }

@@ -35,5 +35,6 @@ class CellFormat {
   bool plain_ = false;
   bool left_ = false;
   std::size_t width_ = 0;
+  std::string blank_; ///< the whole piece around no text
   int precision_ = -1;
 };
