@@ -15,11 +15,11 @@ seconds="${1:?usage: fuzz/run.sh SECONDS [TARGET]...}"
 shift
 targets=("$@")
 if [[ ${#targets[@]} -eq 0 ]]; then
-  targets=(table_reader table_writer cell_format structure command_line whole_run)
+  targets=(table_reader table_writer cell_format structure command_line whole_run structure_import)
 fi
 
 cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz --parallel "$(nproc)" >/dev/null
+cmake --build --preset fuzz --parallel "$(nproc)" --target "${targets[@]/#/fuzz_}" >/dev/null
 
 export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_stack_use_after_return=1}"
 export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1}"
@@ -29,7 +29,7 @@ fuzz_one() {
   local target="$1" words=table
   local seeds=(fuzz/corpus/tables)
   case "$target" in
-    structure | command_line | cell_format)
+    structure | command_line | cell_format | structure_import)
       words="$target"
       seeds=("fuzz/corpus/$target")
       ;;

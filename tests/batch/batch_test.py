@@ -121,6 +121,22 @@ class Batch(unittest.TestCase):
         self.assertEqual(self.read("out"), self.read("whole"))
         self.assertFalse(os.path.exists(out + ".journal"))
 
+    def test_an_output_that_is_an_input_is_refused_and_an_older_one_in_a_folder_is_no_entry(self):
+        entry, out = os.path.join(self.inputs, "5.tab"), os.path.join(self.inputs, "out")
+        link = self.path("link")
+        os.symlink(entry, link)
+        named = self.write("list", entry + "\n")
+        for arguments in ([entry, "-o", link], ["--list", named, "-o", entry], ["--list", named, "-o", named],
+                          [entry, "-o", self.path("new"), "--journal", self.path("in/../new")]):
+            done = self.run_batch(*arguments)
+            self.assertEqual((done.returncode, done.stderr.count("\n")), (1, 1), done.stderr)
+            self.assertIn("this output is", done.stderr)
+        with open(entry) as file:
+            self.assertEqual(file.read(), ENTRIES[4][1])
+        for _ in range(2):
+            self.assertEqual(self.run_batch(self.inputs, "-o", out).returncode, 0)
+            self.assertNotIn(out, self.read("in/out"))
+
     def test_an_entry_that_hangs_is_ended(self):
         slow = self.write("slow.str", "data_hangs\n")
         done = self.run_batch(slow, "--timeout", "1", "-o", self.path("out"))

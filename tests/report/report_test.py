@@ -227,6 +227,8 @@ class Report(unittest.TestCase):
             (["--svg", "out.tab"], 73, "out.tab: cannot make the folder"),
             (["--json", "-", "--tsv", "-"], 1, "only one output"),
             (["--shifts", "-", "--map", "-"], 1, "only one file"),
+            (["--tsv", "x", "--json", "outAdjCS.tab"], 1, "is the input"),
+            (["--tsv", "./overview.svg", "--svg", "."], 1, "the same file as the output"),
             (["--colour"], 1, "--colour"),
         ]
         for options, status, message in cases:
