@@ -122,6 +122,8 @@ SHAPES = [
     ("copies of one letter", (pdb(peptide()) + "TER\n") * 2, ["--chain", "A-2"]),
     ("another protein of that letter", pdb(OTHER) + "TER\n" + pdb(peptide()), []),
     ("hydrogens after all others", pdb(BARE + hydrogens(BARE)), []),
+    ("numbers that go back in a chain", pdb([dict(a, num=a["num"] + 200 * (a["num"] < 4)) for a in BARE]), []),
+    ("an end mark within a chain", pdb(BARE[:12]) + "TER\n" + pdb(BARE[12:]), []),
     ("ion of calcium and water", pdb(peptide()) + "TER\n" + ION + WATER, []),
     ("alternate locations", pdb([dict(a, alt=alt, xyz=[x + 9 * (alt == "B") for x in a["xyz"]])
                                  for a in peptide() for alt in "AB"]), []),
@@ -136,6 +138,9 @@ SHAPES = [
         **LABELS, **{tag: position(i, "{:.4f}(12)") for i, tag in enumerate(PLACES)}}), []),
     ("mmCIF in capitals, after a comment", "# made\n" + cif(peptide(), {**LABELS, **PLACES}).replace(
         "data_s", "DATA_S").replace("_atom_site", "_ATOM_SITE"), []),
+    ("mmCIF with names of people", cif(peptide(), {**LABELS, **PLACES}, "data_s\n_a.b 'Å. Müller\x01'\n"), []),
+    ("mmCIF with water of no number", cif(peptide() + [dict(peptide()[0], res="HOH", num="?")],
+                                          {**LABELS, **PLACES}), []),
     ("mmCIF of models in turn", cif([dict(a, model=m) for a in peptide() for m in (1, 2)], {
         **LABELS, **PLACES, "pdbx_PDB_model_num": lambda a: a["model"]}), ["--model", "2"]),
 ]
@@ -283,7 +288,10 @@ class StructureImport(unittest.TestCase):
         done = self.fit(TEXT + ION.replace("  50.000", "  ******", 1), "--quiet")
         self.assertEqual(done.returncode, 0)
         self.assertEqual(done.stderr.count("\n"), 1)
-        self.assertIn("s:28: 1 atom line without readable coordinates", done.stderr)
+        self.assertIn("s:28: 1 atom line without residue number or coordinates", done.stderr)
+        unplaced = dict(peptide()[0], atom="O", xyz=[9999] * 3)
+        self.assertIn("s:28: 1 atom line without", self.fit(TEXT + line(unplaced), "--quiet").stderr)
+        self.assertEqual(len(self.written()), 27)
         self.assertEqual(self.fit(TEXT, "--quiet").stderr, "")
 
     def test_either_file_may_come_from_standard_input(self):

@@ -1,7 +1,6 @@
 #include "tools/import/chain_alignment.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -95,17 +94,6 @@ std::string lettersOf(const ModelChain& chain) {
     letters += oneLetterCode(residue.name);
   }
   return letters;
-}
-
-Bond bondBetween(const ModelResidue& before, const ModelResidue& next) {
-  const ModelAtom* const carbon = before.atom("C");
-  const ModelAtom* const nitrogen = next.atom("N");
-  if (carbon == nullptr || nitrogen == nullptr) {
-    return Bond::unknown;
-  }
-  const double length =
-      std::hypot(carbon->x - nitrogen->x, carbon->y - nitrogen->y, carbon->z - nitrogen->z);
-  return length <= longestPeptideBond ? Bond::yes : Bond::no;
 }
 
 std::vector<int> alignChain(const std::string& letters, const ModelChain& chain) {

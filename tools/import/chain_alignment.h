@@ -8,14 +8,6 @@
 /// Letters of a chain's residues, 'X' for those that are no amino acids of the twenty.
 std::string lettersOf(const ModelChain& chain);
 
-/// The C-N distance up to which two residues are taken for bonded, Angstrom; a peptide bond has
-/// 1.33, and one in a strained model hardly more than 1.5.
-constexpr double longestPeptideBond = 2.0;
-
-enum class Bond { yes, no, unknown };
-/// Whether a residue is bonded to the next; unknown when C or N is missing.
-Bond bondBetween(const ModelResidue& before, const ModelResidue& next);
-
 /// Positions (1-based) of a chain's residues in a table's sequence by global alignment; 0 for a
 /// residue that stands against a gap.
 ///

@@ -53,6 +53,11 @@ std::string aminoAcidNamed(std::string_view given) {
   return end ? aminoAcidNamed(name.substr(1)) : "";
 }
 
+std::string elementNamed(std::string_view atomName) {
+  const std::size_t letter = atomName.find_first_not_of("0123456789");
+  return letter == std::string_view::npos ? "" : capitals(atomName.substr(letter, 1));
+}
+
 bool isWaterName(std::string_view name) {
   return std::find(waterNames.begin(), waterNames.end(), capitals(name)) != waterNames.end();
 }

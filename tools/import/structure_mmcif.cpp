@@ -1,10 +1,12 @@
 #include "tools/import/structure_mmcif.h"
 
+#include <algorithm>
 #include <gemmi/cif.hpp>
 #include <optional>
 
 #include "tools/common/tool.h"
 #include "tools/import/coordinate_number.h"
+#include "tools/import/residue_forms.h"
 
 namespace cif = gemmi::cif;
 
@@ -38,6 +40,7 @@ class AtomTable {
            (number_[0] >= 0 || number_[1] >= 0);
   }
   bool isHet(std::size_t row) const { return value(row, group_) == "HETATM"; }
+  bool isWater(std::size_t row) const { return isWaterName(either(row, residue_)); }
   std::string model(std::size_t row) const {
     const std::string id = value(row, model_);
     return id.empty() ? "1" : id;
@@ -64,7 +67,7 @@ class AtomTable {
     record.atom.name = either(row, name_);
     record.atom.element = gemmi::to_upper(value(row, symbol_));
     if (record.atom.element.empty()) {
-      record.atom.element = record.atom.name.substr(0, 1);
+      record.atom.element = elementNamed(record.atom.name);
     }
     record.atom.x = *x;
     record.atom.y = *y;
@@ -98,10 +101,24 @@ class AtomTable {
   std::array<int, 3> position_{};
 };
 
+bool isForeign(char c) {
+  return c < ' ' ? c != '\n' && c != '\t' : c == '\x7f';
+}
+
+/// The format is printable ASCII; names of people and remarks often are not.
+std::string printable(std::string_view text) {
+  std::string plain(text);
+  std::replace_if(plain.begin(), plain.end(), isForeign, 'x');
+  return plain;
+}
+
 cif::Document parse(std::string_view text, const std::string& file) {
+  const bool foreign = std::any_of(text.begin(), text.end(), isForeign);
+  const std::string plain = foreign ? printable(text) : "";
+  const std::string_view readable = foreign ? plain : text;
   cif::Document document;
   try {
-    tao::pegtl::memory_input<> input(text.data(), text.size(), file);
+    tao::pegtl::memory_input<> input(readable.data(), readable.size(), file);
     cif::parse_input(document, input);
   } catch (const std::exception& error) {
     const std::string lines = error.what();
@@ -128,6 +145,9 @@ std::size_t addAtoms(const AtomTable& table, const std::string& file, ModelBuild
   std::size_t left = 0;
   for (std::size_t row = 0; row < table.rows(); ++row) {
     const std::optional<AtomRecord> record = table.atom(row);
+    if (table.isWater(row)) {
+      continue; // which often has no number
+    }
     if (record) {
       builder.selectModel(table.model(row));
       builder.add(*record);
@@ -159,7 +179,7 @@ void readMmcifAtoms(std::string_view text, const std::string& file, ModelBuilder
   const std::size_t left = addAtoms(table, file, builder);
   if (left > 0) {
     warnings.push_back(file + ": " + std::to_string(left) + (left == 1 ? " atom" : " atoms") +
-                       " without readable coordinates left out");
+                       " without residue number or coordinates left out");
   }
   if (loops.size() > 1) {
     warnings.push_back(file + ": " + std::to_string(loops.size() - 1) +

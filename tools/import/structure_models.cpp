@@ -1,6 +1,8 @@
 #include "tools/import/structure_models.h"
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 
 #include "table/number.h"
 #include "tools/import/residue_forms.h"
@@ -35,6 +37,21 @@ void renameAsStandard(ModelResidue& residue) {
   }
 }
 
+/// Joins a chain with the one before it when they have one name and a bond between them.
+void joinBonded(std::vector<ModelChain>& chains) {
+  std::vector<ModelChain> joined;
+  for (ModelChain& chain : chains) {
+    if (!joined.empty() && joined.back().id == chain.id &&
+        bondBetween(joined.back().residues.back(), chain.residues.front()) == Bond::yes) {
+      std::move(chain.residues.begin(), chain.residues.end(),
+                std::back_inserter(joined.back().residues));
+    } else {
+      joined.push_back(std::move(chain));
+    }
+  }
+  chains = std::move(joined);
+}
+
 /// Chains of one name get ids of their own.
 void nameCopies(std::vector<ModelChain>& chains) {
   std::map<std::string, int> counts;
@@ -59,6 +76,17 @@ const ModelAtom* ModelResidue::atom(const std::string& wanted) const {
   const auto found = std::find_if(atoms.begin(), atoms.end(),
                                   [&wanted](const ModelAtom& one) { return one.name == wanted; });
   return found == atoms.end() ? nullptr : &*found;
+}
+
+Bond bondBetween(const ModelResidue& before, const ModelResidue& next) {
+  const ModelAtom* const carbon = before.atom("C");
+  const ModelAtom* const nitrogen = next.atom("N");
+  if (carbon == nullptr || nitrogen == nullptr) {
+    return Bond::unknown;
+  }
+  const double length =
+      std::hypot(carbon->x - nitrogen->x, carbon->y - nitrogen->y, carbon->z - nitrogen->z);
+  return length <= longestPeptideBond ? Bond::yes : Bond::no;
 }
 
 void ModelBuilder::startModel(const std::string& id) {
@@ -164,6 +192,7 @@ std::vector<StructureModel> ModelBuilder::finish() {
       }
     }
     model.chains.clear();
+    joinBonded(models.back().chains);
     nameCopies(models.back().chains);
   }
   models_.clear();

@@ -25,6 +25,14 @@ struct ModelResidue {
   const ModelAtom* atom(const std::string& wanted) const;
 };
 
+/// The C-N distance up to which two residues are taken for bonded, Angstrom; a peptide bond has
+/// 1.33, and one in a strained model hardly more than 1.5.
+constexpr double longestPeptideBond = 2.0;
+
+enum class Bond { yes, no, unknown };
+/// Whether a residue is bonded to the next; unknown when C or N is missing.
+Bond bondBetween(const ModelResidue& before, const ModelResidue& next);
+
 struct ModelChain {
   std::string id;                     ///< may be empty
   std::vector<ModelResidue> residues; ///< amino acids only
@@ -49,8 +57,8 @@ struct AtomRecord {
 ///
 /// Atoms of one chain name are one chain however they are scattered, until a residue that is
 /// complete comes again: then they are another copy of the chain. Where a file names no chains, a
-/// chain also ends at an end mark and where numbers go back. Of alternate locations, of atoms and
-/// of whole residues, the first stays. Water is left out.
+/// chain also ends at an end mark and where numbers go back, unless a bond goes on. Of alternate
+/// locations, of atoms and of whole residues, the first stays. Water is left out.
 class ModelBuilder {
  public:
   /// Begins a model; an empty or known id becomes its place in the file.

@@ -63,19 +63,13 @@ std::string plainResidueNumber(std::string_view text) {
   return std::to_string(number - firstCode + 10000);
 }
 
-/// The element of columns 77 and 78 where they name one of proteins, else by the atom's name, of
-/// which old files put a digit first.
+/// The element of columns 77 and 78 where they name one of proteins, else by the atom's name.
 std::string elementOf(std::string_view given, std::string_view name) {
   if (given == "SE" ||
       (given.size() == 1 && std::string_view("HCNOSPD").find(given) != std::string_view::npos)) {
     return std::string(given);
   }
-  for (const char c : name) {
-    if (!isDigit(c)) {
-      return {isCapital(c) || c < 'a' || c > 'z' ? c : static_cast<char>(c - 32)};
-    }
-  }
-  return "";
+  return elementNamed(name);
 }
 
 /// Residue name in columns 18 to 21 and chain in 22, or 18 to 20 and 21 to 22.
@@ -183,6 +177,12 @@ void readMark(std::string_view line, ModelBuilder& builder) {
   }
 }
 
+/// Whether a program that knew no place for an atom wrote its sign for that.
+bool isUnplaced(const ModelAtom& atom) {
+  constexpr double noPlace = 9999;
+  return atom.x >= noPlace && atom.y >= noPlace && atom.z >= noPlace;
+}
+
 /// What the lines of a text that cannot be read add up to.
 struct LeftOut {
   std::size_t count = 0;
@@ -199,9 +199,9 @@ void readAtomLine(std::string_view line, bool last, const std::string& place, st
       record = readWords(line);
     }
   }
-  if (record) {
+  if (record && !isUnplaced(record->atom)) {
     builder.add(*record);
-  } else if (isRecord(line, "HETATM") || isWaterName(columns(line, 18, 21))) {
+  } else if (record || isRecord(line, "HETATM") || isWaterName(columns(line, 18, 21))) {
     left.first = left.count++ == 0 ? number : left.first;
   } else {
     throw ToolError(ToolStatus::badData,
@@ -229,10 +229,10 @@ bool readPdbAtoms(std::string_view text, const std::string& file, ModelBuilder& 
     }
   }
   if (left.count > 0) {
-    warnings.push_back(atLine(file, left.first,
-                              std::to_string(left.count) +
-                                  (left.count == 1 ? " atom line" : " atom lines") +
-                                  " without readable coordinates left out, the first this one"));
+    warnings.push_back(
+        atLine(file, left.first,
+               std::to_string(left.count) + (left.count == 1 ? " atom line" : " atom lines") +
+                   " without residue number or coordinates left out, the first this one"));
   }
   return any;
 }
