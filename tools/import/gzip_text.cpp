@@ -1,7 +1,7 @@
 #include "tools/import/gzip_text.h"
 
 #include <algorithm>
-#include <climits>
+#include <array>
 #include <zlib.h>
 
 #include "tools/common/tool.h"
@@ -32,15 +32,15 @@ class Inflater {
   void member(std::string& text) {
     inflateReset(&stream_);
     for (int state = Z_OK; state != Z_STREAM_END;) {
-      const std::size_t offered = std::min<std::size_t>(rest_.size(), INT_MAX);
-      // zlib does not write to its input, but does not say so either.
-      stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(rest_.data()));
+      const std::size_t offered = std::min(rest_.size(), chunkSize);
+      std::copy_n(rest_.begin(), offered, packed_.begin());
+      stream_.next_in = packed_.data();
       stream_.avail_in = static_cast<uInt>(offered);
-      stream_.next_out = reinterpret_cast<Bytef*>(chunk_);
+      stream_.next_out = plain_.data();
       stream_.avail_out = chunkSize;
       state = inflate(&stream_, Z_NO_FLUSH);
       rest_.remove_prefix(offered - stream_.avail_in);
-      text.append(chunk_, chunkSize - stream_.avail_out);
+      text.append(plain_.data(), plain_.data() + (chunkSize - stream_.avail_out));
       if (state != Z_OK && state != Z_STREAM_END) {
         refuse(name_, state == Z_BUF_ERROR ? "the gzip file is cut short" : "a damaged gzip file");
       }
@@ -56,7 +56,8 @@ class Inflater {
   std::string_view rest_;
   const std::string& name_;
   z_stream stream_{};
-  char chunk_[chunkSize]{};
+  std::array<Bytef, chunkSize> packed_{};
+  std::array<Bytef, chunkSize> plain_{};
 };
 
 } // namespace

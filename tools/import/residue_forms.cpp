@@ -38,19 +38,19 @@ std::string capitals(std::string_view name) {
 
 } // namespace
 
-std::string aminoAcidNamed(std::string_view given) {
-  const std::string name = capitals(given);
+std::string aminoAcidNamed(std::string_view name) {
+  std::string known = capitals(name);
   for (const Form& form : forms) {
-    if (name == form.name) {
+    if (known == form.name) {
       return form.aminoAcid;
     }
   }
-  if (name.size() == 3 && oneLetterCode(name) != 'X') {
-    return name;
+  if (known.size() == 3 && oneLetterCode(known) != 'X') {
+    return known;
   }
   // "N" and "C" before a name mark the ends of a chain.
-  const bool end = name.size() == 4 && (name[0] == 'N' || name[0] == 'C');
-  return end ? aminoAcidNamed(name.substr(1)) : "";
+  const bool end = known.size() == 4 && (known[0] == 'N' || known[0] == 'C');
+  return end ? aminoAcidNamed(known.substr(1)) : "";
 }
 
 std::string elementNamed(std::string_view atomName) {
