@@ -265,6 +265,7 @@ class StructureImport(unittest.TestCase):
         self.assertEqual(sorted({row[0] for row in self.written()}), [1, 2, 3, 7, 8, 9, 10])
         done = self.fit(pdb(far), sequence="GASPGLE")
         self.assertIn("proline 4 (4 in the structure): it is not bonded to the residue before it", done.stderr)
+        self.assertIn("warning: proline 4 is not bonded", done.stderr)
 
     def test_residues_keep_the_distance_of_their_numbers_where_letters_leave_a_choice(self):
         sequence = "AAAAGAAAAAPAAAAA"

@@ -111,6 +111,7 @@ void importStructure(const Options& options) {
     say("", structureNotes(fitted));
   }
   say("warning: ", structure.warnings);
+  say("warning: ", structureWarnings(fitted));
 }
 
 int runImport(int argc, char** argv) {

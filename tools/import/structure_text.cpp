@@ -140,3 +140,15 @@ std::vector<std::string> structureNotes(const FittedStructure& fitted) {
   }
   return notes;
 }
+
+std::vector<std::string> structureWarnings(const FittedStructure& fitted) {
+  std::vector<std::string> warnings;
+  for (const ProlineBond& bond : fitted.prolines) {
+    if (bond.broken) {
+      warnings.push_back("proline " + std::to_string(bond.position) +
+                         " is not bonded to the residue before it: the angle that citrans -ref "
+                         "shows there means nothing");
+    }
+  }
+  return warnings;
+}

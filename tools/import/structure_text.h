@@ -34,3 +34,7 @@ FittedStructure fitStructure(const std::vector<StructureModel>& models, const st
 
 /// What was chosen and found, for people: a line about the chain, then one for each proline.
 std::vector<std::string> structureNotes(const FittedStructure& fitted);
+
+/// Where `citrans -ref` will show an angle that means nothing, one line each: at prolines that the
+/// structure does not have bonded to the residue before them.
+std::vector<std::string> structureWarnings(const FittedStructure& fitted);
