@@ -102,15 +102,15 @@ class Import(unittest.TestCase):
 
     def test_what_may_be_wrong_is_said(self):
         for name, text, said in [
-            ("sentinel", star3(SHIFTS + [(3, "GLY", "CA", "", 999.99)]), "1 values that stand for no"),
-            ("twice", star3(SHIFTS + [(1, "SER", "CA", "", 57)]), "1 atoms with two different shifts"),
-            ("outside", star3(SHIFTS + [(3, "GLY", "CA", "", 4.5)]), "the first GLY 3 CA 4.5"),
-            ("word", star3(SHIFTS + [(3, "GLY", "CA", "", "n/a")]), "1 values that are no numbers"),
+            ("sentinel", star3(SHIFTS + [(3, "GLY", "CA", "", 999.99)]), "1 value that stands for no shift left out: GLY 3 CA 999.99"),
+            ("twice", star3(SHIFTS + [(1, "SER", "CA", "", 57)]), "1 atom with two different shifts, the first taken: SER 1 CA 58.3 and 57"),
+            ("outside", star3(SHIFTS + [(3, "GLY", "CA", "", 76.5)]), "outside of the usual range: GLY 3 CA 76.5"),
+            ("word", star3(SHIFTS + [(3, "GLY", "CA", "", "n/a")]), "1 value that is no number left out: GLY 3 CA"),
             ("deuterated", star3(labelling="[U-2H; U-15N]"), "consider citrans -iso"),
             ("solvent", star3(labelling="[U-15N]"), None),
-            ("tentative", nef(), "1 shifts of no certain residue"),
+            ("tentative", nef(), "1 shift of no certain residue left out: GLY 9?"),
             ("missing", star3(), "no shifts at all of N, C"),
-            ("blocks", "data_0 _a b\n" + star3() + star3(head="data_2\n"), "1 more data blocks hold"),
+            ("blocks", "data_0 _a b\n" + star3() + star3(head="data_2\n"), "1 more data block holds"),
             ("copies", star3(SHIFTS + [(5, "PRO", "CB", "", 34.2), (5, "PRO", "CG", "", 24.6)],
                              names=NAMES + ["PRO"]), "2 prolines with the same CB 34.2"),
         ]:
@@ -210,7 +210,7 @@ class Import(unittest.TestCase):
         for arguments, status, said in [
             ([self.path("nowhere")], 66, "cannot read"),
             ([self.scratch.name], 66, "cannot read"),
-            ([self.write("empty", "")], 65, "no assigned chemical shifts"),
+            ([self.write("empty", "")], 65, "not an NMR-STAR or NEF file"),
             ([self.write("binary", bytes(range(256)) * 100)], 65, "binary"),
             ([self.write("cut", star3()[:-40])], 65, "cut:"),
             ([self.write("open", "data_1\n_a\n;text\n")], 65, "open:"),

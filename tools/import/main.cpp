@@ -7,9 +7,9 @@
 #include "tools/common/file_identity.h"
 #include "tools/common/output.h"
 #include "tools/common/tool.h"
+#include "tools/import/import.h"
 #include "tools/import/structure_file.h"
 #include "tools/import/structure_text.h"
-#include "tools/import/table_text.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ void declareOptions(CLI::App& app, Options& options) {
   app.add_option("--list", options.choice.list, "shift list to take, by ID or name");
   app.add_option("--copy", options.choice.copy,
                  "copy of the molecule to take, where the assembly has several");
-  app.add_flag("--oxidised-by-cb", options.choice.oxidisedByCb,
+  app.add_flag("--oxidised-by-cb,--oxidized-by-cb", options.choice.oxidisedByCb,
                "cysteines with a CB above 34 ppm are oxidised");
   app.add_flag("--quiet", options.quiet, "say nothing of decisions, only warnings");
   app.add_option("--structure", options.structure,
@@ -70,23 +70,21 @@ std::string readInput(const std::string& path) {
 }
 
 void importShifts(const Options& options) {
-  const std::string text = readInput(options.input);
-  const Deposition deposition = readDeposition(text, options.input);
   if (options.listContents) {
-    writeWholeFile(options.output, listContents(deposition));
+    writeWholeFile(options.output, depositionContentsOfFile(options.input));
     return;
   }
-  const ChosenShifts chosen = chooseShifts(deposition, options.choice, options.input);
-  const std::string name = std::filesystem::path(options.input).filename().string();
-  std::vector<Output> outputs = {{options.output, tableText(deposition, chosen, name)}};
+  Imported imported = importDepositionFile(options.input, options.choice);
+  std::vector<Output> outputs;
+  outputs.push_back({options.output, std::move(imported.table)});
   if (!options.map.empty()) {
-    outputs.push_back({options.map, mapText(chosen)});
+    outputs.push_back({options.map, std::move(imported.map)});
   }
   writeWholeFiles(outputs);
   if (!options.quiet) {
-    say("", chosen.notes);
+    say("", imported.remarks);
   }
-  say("warning: ", chosen.warnings);
+  say("warning: ", imported.warnings);
 }
 
 void importStructure(const Options& options) {

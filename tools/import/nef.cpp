@@ -1,86 +1,98 @@
+#include "tools/import/amino_acids.h"
 #include "tools/import/deposition.h"
 
 namespace {
 
-void addSequence(const StarLoop& loop, Deposition& deposition) {
-  const int chain = loop.column({"_nef_sequence.chain_code"});
+/// Places of the chains in the deposition.
+using Chains = std::map<std::string_view, std::size_t>;
+
+/// Adds the residues of a sequence loop. Early files call the name of a residue its type. A
+/// cysteine without HG is in a disulfide bond.
+void addSequence(const StarDocument& document, const StarLoop& loop, Chains& chains,
+                 Deposition& deposition) {
+  const int name = loop.column({"_nef_sequence.residue_name", "_nef_sequence.residue_type"});
   const int number = loop.column({"_nef_sequence.sequence_code"});
-  const int name = loop.column({"_nef_sequence.residue_name"});
-  for (std::size_t row = 0; number >= 0 && name >= 0 && row < loop.rows(); ++row) {
-    const std::string& id = loop.value(row, chain);
-    if (deposition.polymers.empty() || deposition.polymers.back().id != id) {
+  if (name < 0 || number < 0) {
+    return;
+  }
+  StarRows rows(document, loop,
+                {loop.column({"_nef_sequence.chain_code"}), number, name,
+                 loop.column({"_nef_sequence.residue_variant"})});
+  while (rows.next()) {
+    const auto [chain, added] = chains.emplace(rows[0], deposition.polymers.size());
+    if (added) {
       deposition.polymers.emplace_back();
-      deposition.polymers.back().id = id;
-      deposition.polymers.back().name = "chain " + id;
+      deposition.polymers.back().id = rows[0];
+      deposition.polymers.back().name = "chain " + std::string(rows[0]);
     }
-    deposition.polymers.back().residues.push_back(
-        {loop.value(row, number), loop.value(row, number), loop.value(row, name)});
+    Polymer& polymer = deposition.polymers[chain->second];
+    polymer.residues.push_back({std::string(rows[1]), std::string(rows[1]), capitals(rows[2])});
+    if (polymer.residues.back().name == "CYS" && rows[3] == "-HG") {
+      polymer.bonded.insert(std::string(rows[1]));
+    }
   }
 }
 
 /// Adds the cysteines of links between two sulfurs.
-void addLinks(const StarLoop& loop, Deposition& deposition) {
-  const int atoms[] = {loop.column({"_nef_covalent_links.atom_name_1"}),
-                       loop.column({"_nef_covalent_links.atom_name_2"})};
-  const int chains[] = {loop.column({"_nef_covalent_links.chain_code_1"}),
-                        loop.column({"_nef_covalent_links.chain_code_2"})};
-  const int numbers[] = {loop.column({"_nef_covalent_links.sequence_code_1"}),
-                         loop.column({"_nef_covalent_links.sequence_code_2"})};
-  for (std::size_t row = 0; row < loop.rows(); ++row) {
-    if (loop.value(row, atoms[0]) != "SG" || loop.value(row, atoms[1]) != "SG") {
-      continue;
-    }
-    for (Polymer& polymer : deposition.polymers) {
-      for (const int end : {0, 1}) {
-        if (polymer.id == loop.value(row, chains[end])) {
-          polymer.bonded.insert(loop.value(row, numbers[end]));
-        }
+void addLinks(const StarDocument& document, const StarLoop& loop, const Chains& chains,
+              Deposition& deposition) {
+  if (!loop.broken.empty() || !loop.has("_nef_covalent_links.atom_name_1")) {
+    return;
+  }
+  StarRows rows(document, loop,
+                {loop.column({"_nef_covalent_links.atom_name_1"}),
+                 loop.column({"_nef_covalent_links.atom_name_2"}),
+                 loop.column({"_nef_covalent_links.chain_code_1"}),
+                 loop.column({"_nef_covalent_links.sequence_code_1"}),
+                 loop.column({"_nef_covalent_links.chain_code_2"}),
+                 loop.column({"_nef_covalent_links.sequence_code_2"})});
+  while (rows.next()) {
+    for (const std::size_t end : {2U, 4U}) {
+      const auto chain = chains.find(rows[end]);
+      if (rows[0] == "SG" && rows[1] == "SG" && chain != chains.end()) {
+        deposition.polymers[chain->second].bonded.insert(std::string(rows[end + 1]));
       }
     }
   }
 }
 
-void addShifts(const StarFrame& frame, const StarLoop& loop, Deposition& deposition) {
-  const int chain = loop.column({"_nef_chemical_shift.chain_code"});
-  const int number = loop.column({"_nef_chemical_shift.sequence_code"});
-  const int residue = loop.column({"_nef_chemical_shift.residue_name"});
-  const int atom = loop.column({"_nef_chemical_shift.atom_name"});
-  const int value = loop.column({"_nef_chemical_shift.value"});
+void addShifts(const StarDocument& document, const StarFrame& frame, const StarLoop& loop,
+               Deposition& deposition) {
+  StarRows rows(
+      document, loop,
+      {loop.column({"_nef_chemical_shift.chain_code"}),
+       loop.column({"_nef_chemical_shift.sequence_code"}),
+       loop.column({"_nef_chemical_shift.residue_name", "_nef_chemical_shift.residue_type"}),
+       loop.column({"_nef_chemical_shift.atom_name"}), loop.column({"_nef_chemical_shift.value"})});
   ShiftList list;
   list.line = loop.line;
   list.name = frame.name;
   list.id = std::to_string(deposition.lists.size() + 1);
-  for (std::size_t row = 0; value >= 0 && row < loop.rows(); ++row) {
-    Shift shift;
-    shift.polymer = loop.value(row, chain);
-    shift.index = loop.value(row, number);
-    shift.author = shift.index;
-    shift.residue = loop.value(row, residue);
-    shift.atom = loop.value(row, atom);
-    shift.value = loop.value(row, value);
-    list.shifts.push_back(shift);
+  while (rows.next()) {
+    list.add({rows[0], {}, rows[1], rows[1], rows[2], rows[3], rows[4], {}});
   }
-  if (!list.shifts.empty()) {
-    deposition.lists.push_back(list);
+  if (list.rows > 0) {
+    deposition.lists.push_back(std::move(list));
   }
 }
 
 } // namespace
 
-Deposition readNef(const std::vector<StarFrame>& frames) {
+Deposition readNef(const StarDocument& document, const StarBlock& frames) {
   Deposition deposition;
   deposition.kind = "NEF";
+  Chains chains;
   for (const StarFrame& frame : frames) {
     for (const StarLoop& loop : frame.loops) {
-      addSequence(loop, deposition);
-      if (loop.column({"_nef_chemical_shift.value"}) >= 0) {
-        addShifts(frame, loop, deposition);
+      addSequence(document, loop, chains, deposition);
+      if (loop.has("_nef_chemical_shift.value")) {
+        addShifts(document, frame, loop, deposition);
       }
     }
   }
   for (const StarFrame& frame : frames) { // now that every chain is known
     for (const StarLoop& loop : frame.loops) {
-      addLinks(loop, deposition);
+      addLinks(document, loop, chains, deposition);
     }
   }
   return deposition;

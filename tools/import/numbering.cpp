@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "table/number.h"
-#include "tools/common/tool.h"
+#include "tools/import/amino_acids.h"
 
 namespace {
 
@@ -18,13 +20,17 @@ constexpr std::size_t mostDistances = 24;
 /// What a jump costs, in residues that agree: fewer could agree by chance behind it.
 constexpr int jumpPrice = 4;
 
-using Positions = std::map<std::string, int>;
+/// Residues that agree for one misnamed in a short peptide.
+constexpr std::size_t fitsForOneMisfit = 3;
+
+/// Positions by residue number.
+using Positions = std::unordered_map<std::string_view, int>;
 
 /// Position of each residue by one of its two numbers.
-Positions positionsBy(const Polymer& polymer, std::string Residue::*number) {
+Positions positionsBy(const std::vector<Residue>& residues, std::string Residue::*number) {
   Positions positions;
-  for (std::size_t i = 0; i < polymer.residues.size(); ++i) {
-    const std::string& text = polymer.residues[i].*number;
+  for (std::size_t i = 0; i < residues.size(); ++i) {
+    const std::string& text = residues[i].*number;
     if (!text.empty()) {
       positions.emplace(text, static_cast<int>(i) + 1);
     }
@@ -32,57 +38,87 @@ Positions positionsBy(const Polymer& polymer, std::string Residue::*number) {
   return positions;
 }
 
-/// Residue numbers as integers moved by a constant.
-Positions positionsMovedBy(const Polymer& polymer, long long distance) {
-  Positions positions;
-  for (std::size_t i = 0; i < polymer.residues.size(); ++i) {
-    positions.emplace(std::to_string(static_cast<long long>(i) + 1 + distance),
-                      static_cast<int>(i) + 1);
-  }
-  return positions;
-}
-
-Numbering tryNumbers(const Polymer& polymer, const std::vector<Shift>& shifts,
-                     std::string Shift::*number, const Positions& positions) {
+/// Gives each run its position and counts the residues that agree and those that do not. A residue
+/// of unknown kind does neither.
+template <typename PositionOf>
+Numbering tryNumbers(const std::vector<Residue>& residues, const std::vector<const ShiftRun*>& runs,
+                     std::string_view ShiftRun::*number, PositionOf positionOf) {
   Numbering numbering;
-  std::set<std::string> seen;
-  for (const Shift& shift : shifts) {
-    const auto found = positions.find(shift.*number);
-    const int position = found == positions.end() ? 0 : found->second;
+  numbering.positions.reserve(runs.size());
+  std::unordered_set<std::string_view> seen;
+  for (const ShiftRun* run : runs) {
+    const int position = positionOf(run->*number);
     numbering.positions.push_back(position);
-    if (!seen.insert(shift.*number).second) {
+    if (!seen.insert(run->*number).second) {
       continue;
     }
-    const bool fits =
-        position > 0 &&
-        polymer.residues[static_cast<std::size_t>(position) - 1].name == shift.residue;
-    ++(fits ? numbering.fits : numbering.misfits);
+    const Residue* const residue =
+        position > 0 ? &residues[static_cast<std::size_t>(position) - 1] : nullptr;
+    if (residue == nullptr || residue->name != "UNK") {
+      ++(residue != nullptr && namesAgree(*run, *residue) ? numbering.fits : numbering.misfits);
+    }
   }
   return numbering;
 }
 
-/// Residue names by number.
-std::map<int, std::string> listedResidues(const std::vector<Shift>& shifts) {
-  std::map<int, std::string> listed;
-  for (const Shift& shift : shifts) {
-    listed.emplace(parseInt(shift.index), shift.residue);
+Numbering tryTexts(const std::vector<Residue>& residues, const std::vector<const ShiftRun*>& runs,
+                   std::string_view ShiftRun::*number, const Positions& positions) {
+  return tryNumbers(residues, runs, number, [&positions](std::string_view text) {
+    const auto found = positions.find(text);
+    return found == positions.end() ? 0 : found->second;
+  });
+}
+
+/// Whether a text is a decimal number and nothing else.
+bool isPlainNumber(std::string_view text) {
+  const std::size_t digits = !text.empty() && text[0] == '-' ? 1 : 0;
+  return text.size() > digits && text.size() < 9 &&
+         text.find_first_not_of("0123456789", digits) == std::string_view::npos;
+}
+
+Numbering tryCounts(const std::vector<Residue>& residues, const std::vector<const ShiftRun*>& runs,
+                    const std::map<int, long long>& distances) {
+  return tryNumbers(residues, runs, &ShiftRun::index, [&](std::string_view text) {
+    const auto distance = isPlainNumber(text) ? distances.find(parseInt(text)) : distances.end();
+    if (distance == distances.end()) {
+      return 0;
+    }
+    const long long position = distance->first - distance->second;
+    const bool inside = position >= 1 && position <= static_cast<long long>(residues.size());
+    return inside ? static_cast<int>(position) : 0;
+  });
+}
+
+/// A run of each number.
+std::map<int, const ShiftRun*> listedResidues(const std::vector<const ShiftRun*>& runs) {
+  std::map<int, const ShiftRun*> listed;
+  for (const ShiftRun* run : runs) {
+    if (isPlainNumber(run->index)) {
+      listed.emplace(parseInt(run->index), run);
+    }
   }
   return listed;
 }
 
+/// What names agree by: the letter of an amino acid, else the name.
+std::string nameKey(char letter, std::string_view name) {
+  return letter == 'X' ? capitals(name) : std::string(1, letter);
+}
+
 /// The constants by which residues may be moved to agree in name, those with most agreements first.
-std::vector<long long> likelyDistances(const Polymer& polymer,
-                                       const std::map<int, std::string>& listed) {
+std::vector<long long> likelyDistances(const std::vector<Residue>& residues,
+                                       const std::map<int, const ShiftRun*>& listed) {
   std::map<long long, std::size_t> votes;
-  if (polymer.residues.size() * listed.size() > mostComparisons) {
+  if (residues.size() * listed.size() > mostComparisons) {
     return {};
   }
   std::multimap<std::string, long long> places;
-  for (std::size_t i = 0; i < polymer.residues.size(); ++i) {
-    places.emplace(polymer.residues[i].name, static_cast<long long>(i) + 1);
+  for (std::size_t i = 0; i < residues.size(); ++i) {
+    places.emplace(nameKey(letterOfForm(residues[i].name), residues[i].name),
+                   static_cast<long long>(i) + 1);
   }
-  for (const auto& [number, name] : listed) {
-    const auto [first, last] = places.equal_range(name);
+  for (const auto& [number, run] : listed) {
+    const auto [first, last] = places.equal_range(nameKey(run->letter, run->name));
     for (auto place = first; place != last; ++place) {
       ++votes[number - place->second];
     }
@@ -101,35 +137,22 @@ std::vector<long long> likelyDistances(const Polymer& polymer,
   return distances;
 }
 
-/// Positions of the listed numbers, each moved by its own distance.
-Positions positionsOf(const Polymer& polymer, const std::map<int, long long>& distances) {
-  Positions positions;
-  for (const auto& [number, distance] : distances) {
-    const long long position = number - distance;
-    if (position >= 1 && position <= static_cast<long long>(polymer.residues.size())) {
-      positions.emplace(std::to_string(number), static_cast<int>(position));
-    }
-  }
-  return positions;
+} // namespace
+
+bool namesAgree(const ShiftRun& run, const Residue& residue) {
+  const char letter = letterOfForm(residue.name);
+  return letter == run.letter && (letter != 'X' || equalWithoutCase(residue.name, run.name));
 }
 
 bool fitsWell(const Numbering& numbering) {
-  return numbering.fits > 0 && static_cast<double>(numbering.misfits) <=
-                                   largestMisfit * static_cast<double>(numbering.fits);
+  return (numbering.fits > 0 && static_cast<double>(numbering.misfits) <=
+                                    largestMisfit * static_cast<double>(numbering.fits)) ||
+         (numbering.misfits == 1 && !numbering.moved && numbering.fits >= fitsForOneMisfit);
 }
 
-/// A decimal number and nothing else.
-bool isPlainNumber(const std::string& text) {
-  const std::size_t digits = !text.empty() && text[0] == '-' ? 1 : 0;
-  return text.size() > digits && text.size() < 9 &&
-         text.find_first_not_of("0123456789", digits) == std::string::npos;
-}
-
-} // namespace
-
-std::map<int, long long> distancesWithJumps(const Polymer& polymer,
-                                            const std::map<int, std::string>& listed) {
-  const std::vector<long long> distances = likelyDistances(polymer, listed);
+std::map<int, long long> distancesWithJumps(const std::vector<Residue>& residues,
+                                            const std::map<int, const ShiftRun*>& listed) {
+  const std::vector<long long> distances = likelyDistances(residues, listed);
   const std::size_t width = distances.size();
   std::map<int, long long> chosen;
   if (width == 0) {
@@ -139,7 +162,7 @@ std::map<int, long long> distancesWithJumps(const Polymer& polymer,
   std::vector<int> scores(width, 0);
   std::vector<std::size_t> from;
   long long before = listed.begin()->first;
-  for (const auto& [number, name] : listed) {
+  for (const auto& [number, run] : listed) {
     std::vector<int> next(width);
     for (std::size_t to = 0; to < width; ++to) {
       std::size_t best = to;
@@ -151,10 +174,9 @@ std::map<int, long long> distancesWithJumps(const Polymer& polymer,
         best = better && onwards ? other : best;
       }
       const long long position = number - distances[to];
-      const bool inside =
-          position >= 1 && position <= static_cast<long long>(polymer.residues.size());
+      const bool inside = position >= 1 && position <= static_cast<long long>(residues.size());
       const bool fits =
-          inside && polymer.residues[static_cast<std::size_t>(position) - 1].name == name;
+          inside && namesAgree(*run, residues[static_cast<std::size_t>(position) - 1]);
       next[to] = scores[best] - (best == to ? 0 : jumpPrice) + (fits ? 1 : -1);
       from.push_back(best);
     }
@@ -171,7 +193,7 @@ std::map<int, long long> distancesWithJumps(const Polymer& polymer,
   return chosen;
 }
 
-void fillAuthors(const Polymer& polymer, std::vector<std::string>& authors) {
+void fillAuthors(const std::vector<Residue>& residues, std::vector<std::string>& authors) {
   const auto known = [&authors](std::size_t i) { return isPlainNumber(authors[i]); };
   std::size_t first = 0;
   while (first < authors.size() && !known(first)) {
@@ -179,7 +201,7 @@ void fillAuthors(const Polymer& polymer, std::vector<std::string>& authors) {
   }
   if (first == authors.size()) {
     for (std::size_t i = 0; i < authors.size(); ++i) {
-      authors[i] = authors[i].empty() ? polymer.residues[i].index : authors[i];
+      authors[i] = authors[i].empty() ? residues[i].index : authors[i];
     }
     return;
   }
@@ -192,40 +214,44 @@ void fillAuthors(const Polymer& polymer, std::vector<std::string>& authors) {
   }
 }
 
-Numbering alignNumbers(const Polymer& polymer, const std::vector<Shift>& shifts,
-                       const std::string& place) {
-  const Positions own = positionsBy(polymer, &Residue::index);
-  const Positions authors = positionsBy(polymer, &Residue::author);
-  const std::map<int, std::string> listed = listedResidues(shifts);
-  const std::vector<long long> distances = likelyDistances(polymer, listed);
-  const long long distance = distances.empty() ? 0 : distances.front();
-  Numbering ways[] = {
-      tryNumbers(polymer, shifts, &Shift::index, own),
-      tryNumbers(polymer, shifts, &Shift::index, authors),
-      tryNumbers(polymer, shifts, &Shift::author, authors),
-      tryNumbers(polymer, shifts, &Shift::index, positionsMovedBy(polymer, distance)),
-      tryNumbers(polymer, shifts, &Shift::index,
-                 positionsOf(polymer, distancesWithJumps(polymer, listed))),
-  };
-  ways[0].way = "residue numbers count along the sequence";
-  ways[1].way = "residue numbers of the shifts are the authors'";
-  ways[2].way = ways[1].way;
-  ways[3].way = "residue numbers of the shifts are the sequence's plus " + std::to_string(distance);
-  ways[4].way = "residue numbers of the shifts jump, aligned with the sequence by residue names";
-  ways[1].authors = ways[3].authors = ways[4].authors = true;
+Numbering alignNumbers(const std::vector<Residue>& residues,
+                       const std::vector<const ShiftRun*>& runs) {
+  Numbering best =
+      tryTexts(residues, runs, &ShiftRun::index, positionsBy(residues, &Residue::index));
+  best.way = "residue numbers count along the sequence";
   const auto quality = [](const Numbering& way) {
     return static_cast<long long>(way.fits) - static_cast<long long>(way.misfits);
   };
-  const Numbering* best = &ways[0];
-  for (const Numbering& way : ways) {
-    if (quality(way) > quality(*best)) {
-      best = &way;
+  const auto consider = [&](Numbering way, const std::string& name, bool moved) {
+    if (quality(way) > quality(best)) {
+      best = std::move(way);
+      best.way = name;
+      best.moved = moved;
+      best.authors = true;
     }
+  };
+  if (best.misfits == 0 && best.fits > 0) {
+    return best; // no other way is better
   }
-  if (!fitsWell(*best)) {
-    throw ToolError(ToolStatus::badData, place + "shifts and sequence do not fit: at best " +
-                                             std::to_string(best->fits) + " residues agree and " +
-                                             std::to_string(best->misfits) + " do not");
+  const Positions authors = positionsBy(residues, &Residue::author);
+  const char authorsWay[] = "residue numbers of the shifts are the authors'";
+  consider(tryTexts(residues, runs, &ShiftRun::index, authors), authorsWay, false);
+  Numbering byAuthor = tryTexts(residues, runs, &ShiftRun::author, authors);
+  const bool authorIsBest = quality(byAuthor) > quality(best);
+  consider(std::move(byAuthor), authorsWay, false);
+  best.authors = best.authors && !authorIsBest;
+  const std::map<int, const ShiftRun*> listed = listedResidues(runs);
+  std::map<int, long long> distances = distancesWithJumps(residues, listed);
+  const std::vector<long long> likely = likelyDistances(residues, listed);
+  const long long distance = likely.empty() ? 0 : likely.front();
+  std::map<int, long long> constant;
+  for (const auto& [number, run] : listed) {
+    constant[number] = distance;
   }
-  return *best;
+  consider(tryCounts(residues, runs, constant),
+           "residue numbers of the shifts are the sequence's plus " + std::to_string(distance),
+           true);
+  consider(tryCounts(residues, runs, distances),
+           "residue numbers of the shifts jump, aligned with the sequence by residue names", true);
+  return best;
 }

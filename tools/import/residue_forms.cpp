@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "tools/import/deposition.h"
+#include "tools/import/amino_acids.h"
 
 namespace {
 
@@ -27,14 +27,6 @@ constexpr Form forms[] = {
 
 constexpr std::array<const char*, 9> waterNames = {"HOH", "WAT", "H2O",  "DOD", "SOL",
                                                    "TIP", "SPC", "TIP3", "TIP4"};
-
-std::string capitals(std::string_view name) {
-  std::string text(name);
-  for (char& c : text) {
-    c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-  }
-  return text;
-}
 
 } // namespace
 

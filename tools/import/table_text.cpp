@@ -2,20 +2,10 @@
 
 #include <cstdio>
 
-#include "table/number.h"
-
 namespace {
 
 constexpr std::size_t lettersPerLine = 50;
 constexpr std::size_t lettersPerBlock = 10;
-
-/// One line of text whatever the deposition holds.
-std::string oneLine(std::string text) {
-  for (char& c : text) {
-    c = static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? ' ' : c;
-  }
-  return text;
-}
 
 std::string sequenceLines(const std::string& letters) {
   std::string text;
@@ -30,14 +20,20 @@ std::string sequenceLines(const std::string& letters) {
   return text + "\n";
 }
 
-std::string row(std::size_t residue, char letter, const char* atom, const std::string& value) {
+std::string row(std::size_t residue, char letter, const char* atom, double value) {
   char line[128];
-  std::snprintf(line, sizeof line, "%4zu %c %4s  %8.3f\n", residue, letter, atom,
-                parseDouble(value));
+  std::snprintf(line, sizeof line, "%4zu %c %4s  %8.3f\n", residue, letter, atom, value);
   return line;
 }
 
 } // namespace
+
+std::string oneLine(std::string text) {
+  for (char& c : text) {
+    c = static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? ' ' : c;
+  }
+  return text;
+}
 
 std::string tableText(const Deposition& deposition, const ChosenShifts& chosen,
                       const std::string& source) {
@@ -53,10 +49,9 @@ std::string tableText(const Deposition& deposition, const ChosenShifts& chosen,
   text += "\n" + sequenceLines(chosen.letters) +
           "\nVARS   RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %4s  %8.3f\n\n";
   for (std::size_t i = 0; i < chosen.values.size(); ++i) {
-    for (const char* atom : tableAtoms) {
-      const auto value = chosen.values[i].find(atom);
-      if (value != chosen.values[i].end()) {
-        text += row(i + 1, chosen.letters[i], atom, value->second);
+    for (std::size_t atom = 0; atom < tableAtoms.size(); ++atom) {
+      if (present(chosen.values[i][atom])) {
+        text += row(i + 1, chosen.letters[i], tableAtoms[atom], chosen.values[i][atom]);
       }
     }
   }

@@ -12,3 +12,6 @@ std::string tableText(const Deposition& deposition, const ChosenShifts& chosen,
 /// The way back to the authors' numbers: a header line, then table number, author number and
 /// one-letter name of each residue, tab-separated.
 std::string mapText(const ChosenShifts& chosen);
+
+/// The text as one line: control characters, which a deposition may hold, become blanks.
+std::string oneLine(std::string text);

@@ -1,0 +1,58 @@
+#include "tools/import/import.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "table/file_io.h"
+#include "tools/common/tool.h"
+#include "tools/import/gzip_text.h"
+#include "tools/import/table_text.h"
+
+namespace {
+
+FileText readInput(const std::string& path) {
+  FileText text;
+  std::error_code ignored;
+  if (std::filesystem::is_directory(path, ignored) ||
+      !readWholeFile(path == "-" ? "/dev/stdin" : path, text)) {
+    throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
+  }
+  return text;
+}
+
+Imported importAs(std::string_view text, const std::string& name, const std::string& source,
+                  const Choice& settings) {
+  const std::string unpacked = isGzip(text) ? unpackGzip(text, name) : "";
+  const Deposition deposition = readDeposition(isGzip(text) ? unpacked : text, name);
+  ChosenShifts chosen = chooseShifts(deposition, settings, name);
+  for (auto* lines : {&chosen.notes, &chosen.warnings}) {
+    std::transform(lines->begin(), lines->end(), lines->begin(), oneLine);
+  }
+  Imported imported;
+  imported.table = tableText(deposition, chosen, source);
+  imported.map = mapText(chosen);
+  imported.remarks = std::move(chosen.notes);
+  imported.warnings = std::move(chosen.warnings);
+  return imported;
+}
+
+} // namespace
+
+Imported importDeposition(std::string_view text, const std::string& name, const Choice& settings) {
+  return importAs(text, name, name, settings);
+}
+
+Imported importDepositionFile(const std::string& path, const Choice& settings) {
+  const FileText text = readInput(path);
+  return importAs(text.view(), path, std::filesystem::path(path).filename().string(), settings);
+}
+
+std::string depositionContents(std::string_view text, const std::string& name) {
+  const std::string unpacked = isGzip(text) ? unpackGzip(text, name) : "";
+  return listContents(readDeposition(isGzip(text) ? unpacked : text, name));
+}
+
+std::string depositionContentsOfFile(const std::string& path) {
+  const FileText text = readInput(path);
+  return depositionContents(text.view(), path);
+}

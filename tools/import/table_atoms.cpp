@@ -1,0 +1,30 @@
+#include "tools/import/table_atoms.h"
+
+#include "tools/import/star_tokens.h"
+
+std::uint8_t tableAtom(char letter, std::string_view name) {
+  const auto is = [name](const char* known) { return equalWithoutCase(name, known); };
+  if (is("H")) {
+    return atomHn;
+  }
+  if (letter == 'G') {
+    if (is("HA") || is("HA%") || is("HA*") || is("QA")) {
+      return alphaAtom;
+    }
+    if (is("HA1")) {
+      return alphaOneAtom;
+    }
+    if (is("HAX")) {
+      return atomHa2;
+    }
+    if (is("HAY")) {
+      return atomHa3;
+    }
+  }
+  for (std::uint8_t atom = 0; atom < tableAtoms.size(); ++atom) {
+    if (is(tableAtoms[atom])) {
+      return letter == 'G' || (atom != atomHa2 && atom != atomHa3) ? atom : otherAtom;
+    }
+  }
+  return otherAtom;
+}
