@@ -10,16 +10,6 @@
 
 namespace {
 
-FileText readInput(const std::string& path) {
-  FileText text;
-  std::error_code ignored;
-  if (std::filesystem::is_directory(path, ignored) ||
-      !readWholeFile(path == "-" ? "/dev/stdin" : path, text)) {
-    throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
-  }
-  return text;
-}
-
 Imported importAs(std::string_view text, const std::string& name, const std::string& source,
                   const Choice& settings) {
   const std::string unpacked = isGzip(text) ? unpackGzip(text, name) : "";
@@ -38,13 +28,25 @@ Imported importAs(std::string_view text, const std::string& name, const std::str
 
 } // namespace
 
+std::string readInput(const std::string& path) {
+  std::error_code ignored;
+  std::optional<std::string> text;
+  if (!std::filesystem::is_directory(path, ignored)) {
+    text = readFile(path == "-" ? "/dev/stdin" : path);
+  }
+  if (!text) {
+    throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
+  }
+  return std::move(*text);
+}
+
 Imported importDeposition(std::string_view text, const std::string& name, const Choice& settings) {
   return importAs(text, name, name, settings);
 }
 
 Imported importDepositionFile(const std::string& path, const Choice& settings) {
-  const FileText text = readInput(path);
-  return importAs(text.view(), path, std::filesystem::path(path).filename().string(), settings);
+  const std::string text = readInput(path);
+  return importAs(text, path, std::filesystem::path(path).filename().string(), settings);
 }
 
 std::string depositionContents(std::string_view text, const std::string& name) {
@@ -53,6 +55,6 @@ std::string depositionContents(std::string_view text, const std::string& name) {
 }
 
 std::string depositionContentsOfFile(const std::string& path) {
-  const FileText text = readInput(path);
-  return depositionContents(text.view(), path);
+  const std::string text = readInput(path);
+  return depositionContents(text, path);
 }

@@ -24,6 +24,9 @@ Imported importDeposition(std::string_view text, const std::string& name, const 
 /// Of a file; "-" is standard input. Throws ToolError(inputMissing) too.
 Imported importDepositionFile(const std::string& path, const Choice& settings);
 
+/// All bytes of a file; "-" is standard input. Throws ToolError(inputMissing).
+std::string readInput(const std::string& path);
+
 /// `listContents` of a text or file as above.
 std::string depositionContents(std::string_view text, const std::string& name);
 std::string depositionContentsOfFile(const std::string& path);

@@ -59,16 +59,6 @@ void say(const char* kind, const std::vector<std::string>& lines) {
   }
 }
 
-std::string readInput(const std::string& path) {
-  std::error_code ignored;
-  const bool isFolder = std::filesystem::is_directory(path, ignored);
-  const std::optional<std::string> text = readWholeFile(path == "-" ? "/dev/stdin" : path);
-  if (isFolder || !text) {
-    throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
-  }
-  return *text;
-}
-
 void importShifts(const Options& options) {
   if (options.listContents) {
     writeWholeFile(options.output, depositionContentsOfFile(options.input));
