@@ -66,7 +66,9 @@ EXPECTED = sorted((str(i), dict(SER="S", PRO="P", GLY="G", CYS="C")[name], atom,
                   for i, name, _, atom, value in SHIFTS if atom)
 
 
-class Import(unittest.TestCase):
+class ImportCase(unittest.TestCase):
+    """Runs the program in a folder of its own."""
+
     def setUp(self):
         self.scratch = tempfile.TemporaryDirectory()
         self.addCleanup(self.scratch.cleanup)
@@ -83,6 +85,8 @@ class Import(unittest.TestCase):
         return subprocess.run([IMPORT, *arguments], capture_output=True, text=True, input=stdin,
                               timeout=120)
 
+
+class Import(ImportCase):
     def test_every_format_gives_the_same_table(self):
         for name, text, author in [
             ("NMR-STAR 3", star3(), 1),

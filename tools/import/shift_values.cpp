@@ -272,7 +272,7 @@ bool present(double shift) {
 }
 
 std::string residueLabel(const ShiftRun& run) {
-  return capitals(run.name) + " " + std::string(run.index);
+  return capitals(run.name) + (run.name.empty() ? "" : " ") + std::string(run.index);
 }
 
 TakenShifts takeShifts(const std::string& letters, const ShiftList& list,
