@@ -2,6 +2,7 @@
 
 #include "tools/common/tool.h"
 #include "tools/import/shift_choice.h"
+#include "tools/import/table_text.h"
 
 namespace {
 
@@ -40,33 +41,34 @@ std::string prolinesText(const Deposition& deposition, const PolymerShifts& shif
 /// One line about a molecule.
 std::string polymerText(const Polymer& polymer) {
   if (polymer.guessed) {
-    return "entity " + polymer.id + "\tno sequence\tunknown\t\t" + polymer.name + "\n";
+    return "entity " + oneLine(polymer.id) + "\tno sequence\tunknown\t\t" + oneLine(polymer.name) +
+           "\n";
   }
   const auto prolines = std::count_if(polymer.residues.begin(), polymer.residues.end(),
                                       [](const Residue& residue) { return residue.name == "PRO"; });
-  return "entity " + polymer.id + "\t" + counted(polymer.residues.size(), "residue", "residues") +
-         "\t" + (polymer.isProtein() ? "protein" : "other") + "\t" +
-         counted(static_cast<std::size_t>(prolines), "proline", "prolines") + "\t" + polymer.name +
-         "\n";
+  return "entity " + oneLine(polymer.id) + "\t" +
+         counted(polymer.residues.size(), "residue", "residues") + "\t" +
+         (polymer.isProtein() ? "protein" : "other") + "\t" +
+         counted(static_cast<std::size_t>(prolines), "proline", "prolines") + "\t" +
+         oneLine(polymer.name) + "\n";
 }
 
 } // namespace
 
 std::string listContents(const Deposition& deposition) {
-  std::string text = deposition.kind + " " + deposition.id + "\n";
+  std::string text = deposition.kind + " " + oneLine(deposition.id) + "\n";
   for (const Polymer& polymer : deposition.polymers) {
     text += polymerText(polymer);
   }
   for (const ShiftList& list : deposition.lists) {
-    text += "list " + list.id + "\t" + counted(list.rows, "shift", "shifts");
-    for (const Polymer& polymer : deposition.polymers) {
-      const PolymerShifts shifts = shiftsOf(deposition, polymer, list);
-      if (shifts.rows > 0) {
-        text += "\tentity " + polymer.id + ": " + counted(shifts.rows, "shift", "shifts") +
-                copiesText(shifts) + (areOfProtein(shifts) ? prolinesText(deposition, shifts) : "");
-      }
+    text += "list " + oneLine(list.id) + "\t" + counted(list.rows, "shift", "shifts");
+    for (const PolymerShifts& shifts : shiftsByPolymer(deposition, list)) {
+      text += "\tentity " + oneLine(shifts.polymer->id) + ": " +
+              counted(shifts.rows, "shift", "shifts") + oneLine(copiesText(shifts)) +
+              (areOfProtein(shifts) ? prolinesText(deposition, shifts) : "");
     }
-    text += (list.conditions.empty() ? "" : "\t" + list.conditions) + "\t" + list.name + "\n";
+    text += (list.conditions.empty() ? "" : "\t" + oneLine(list.conditions)) + "\t" +
+            oneLine(list.name) + "\n";
   }
   return text;
 }

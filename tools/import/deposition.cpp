@@ -54,7 +54,9 @@ void markGuessed(Deposition& deposition) {
       deposition.polymers.emplace_back().id = id;
     }
   }
+  std::size_t place = 0;
   for (Polymer& polymer : deposition.polymers) {
+    polymer.place = place++;
     polymer.guessed = polymer.residues.empty();
     polymer.name =
         polymer.guessed && polymer.name.empty() ? "residues named by the shifts" : polymer.name;

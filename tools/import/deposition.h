@@ -30,7 +30,8 @@ struct Polymer {
   bool saysThiols = false;      ///< it says anything of the state of this one's cysteines
   std::set<std::string> bonded; ///< indices of the residues that are said to be oxidised
 
-  bool guessed = false; ///< its residues are those that the shifts name
+  std::size_t place = 0; ///< among the polymers
+  bool guessed = false;  ///< its residues are those that the shifts name
 
   /// Whether most residues are amino acids.
   bool isProtein() const;

@@ -10,20 +10,33 @@
 
 namespace {
 
+/// Reads a text that may be gzipped and makes something of it. What a deposition holds may stand in
+/// messages: they stay one line.
+template <typename Make>
+auto fromDeposition(std::string_view text, const std::string& name, Make make) {
+  try {
+    const bool packed = isGzip(text);
+    const std::string unpacked = packed ? unpackGzip(text, name) : "";
+    return make(readDeposition(packed ? std::string_view(unpacked) : text, name));
+  } catch (const ToolError& error) {
+    throw ToolError(error.status(), oneLine(error.what()));
+  }
+}
+
 Imported importAs(std::string_view text, const std::string& name, const std::string& source,
                   const Choice& settings) {
-  const std::string unpacked = isGzip(text) ? unpackGzip(text, name) : "";
-  const Deposition deposition = readDeposition(isGzip(text) ? unpacked : text, name);
-  ChosenShifts chosen = chooseShifts(deposition, settings, name);
-  for (auto* lines : {&chosen.notes, &chosen.warnings}) {
-    std::transform(lines->begin(), lines->end(), lines->begin(), oneLine);
-  }
-  Imported imported;
-  imported.table = tableText(deposition, chosen, source);
-  imported.map = mapText(chosen);
-  imported.remarks = std::move(chosen.notes);
-  imported.warnings = std::move(chosen.warnings);
-  return imported;
+  return fromDeposition(text, name, [&](const Deposition& deposition) {
+    ChosenShifts chosen = chooseShifts(deposition, settings, name);
+    for (auto* lines : {&chosen.notes, &chosen.warnings}) {
+      std::transform(lines->begin(), lines->end(), lines->begin(), oneLine);
+    }
+    Imported imported;
+    imported.table = tableText(deposition, chosen, source);
+    imported.map = mapText(chosen);
+    imported.remarks = std::move(chosen.notes);
+    imported.warnings = std::move(chosen.warnings);
+    return imported;
+  });
 }
 
 } // namespace
@@ -50,8 +63,7 @@ Imported importDepositionFile(const std::string& path, const Choice& settings) {
 }
 
 std::string depositionContents(std::string_view text, const std::string& name) {
-  const std::string unpacked = isGzip(text) ? unpackGzip(text, name) : "";
-  return listContents(readDeposition(isGzip(text) ? unpacked : text, name));
+  return fromDeposition(text, name, listContents);
 }
 
 std::string depositionContentsOfFile(const std::string& path) {

@@ -13,8 +13,9 @@ namespace {
 
 /// Residues with another name for one that agrees, at most.
 constexpr double largestMisfit = 0.05;
-/// Names compared before numbers are moved, at most: 10,000 residues with as many.
-constexpr std::size_t mostComparisons = 100'000'000;
+/// Pairs of residues of one name that may tell by how much numbers are moved, at most: those of
+/// 10,000 residues of twenty kinds with as many.
+constexpr std::size_t mostPairs = 5'000'000;
 /// Constants tried for numbers that jump.
 constexpr std::size_t mostDistances = 24;
 /// What a jump costs, in residues that agree: fewer could agree by chance behind it.
@@ -108,19 +109,27 @@ std::string nameKey(char letter, std::string_view name) {
 /// The constants by which residues may be moved to agree in name, those with most agreements first.
 std::vector<long long> likelyDistances(const std::vector<Residue>& residues,
                                        const std::map<int, const ShiftRun*>& listed) {
-  std::map<long long, std::size_t> votes;
-  if (residues.size() * listed.size() > mostComparisons) {
-    return {};
-  }
-  std::multimap<std::string, long long> places;
+  std::map<std::string, std::pair<std::vector<long long>, std::vector<long long>>> byName;
   for (std::size_t i = 0; i < residues.size(); ++i) {
-    places.emplace(nameKey(letterOfForm(residues[i].name), residues[i].name),
-                   static_cast<long long>(i) + 1);
+    byName[nameKey(letterOfForm(residues[i].name), residues[i].name)].first.push_back(
+        static_cast<long long>(i) + 1);
   }
   for (const auto& [number, run] : listed) {
-    const auto [first, last] = places.equal_range(nameKey(run->letter, run->name));
-    for (auto place = first; place != last; ++place) {
-      ++votes[number - place->second];
+    byName[nameKey(run->letter, run->name)].second.push_back(number);
+  }
+  std::size_t pairs = 0;
+  for (const auto& [name, numbers] : byName) {
+    pairs += numbers.first.size() * numbers.second.size();
+  }
+  if (pairs > mostPairs) {
+    return {};
+  }
+  std::map<long long, std::size_t> votes;
+  for (const auto& [name, numbers] : byName) {
+    for (const long long number : numbers.second) {
+      for (const long long position : numbers.first) {
+        ++votes[number - position];
+      }
     }
   }
   std::vector<std::pair<std::size_t, long long>> ranked;

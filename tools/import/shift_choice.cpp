@@ -11,7 +11,11 @@
 namespace {
 
 /// A numbering with larger holes is no sequence.
-constexpr int longestGap = 1000;
+constexpr std::size_t longestGap = 1000;
+/// Residues without shifts for each one with them, beyond that.
+constexpr std::size_t gapForEach = 4;
+/// Proteins that are compared with shifts that name none.
+constexpr std::size_t mostOwnersTried = 24;
 
 /// "entity 1 (name)", as far as the deposition gives them.
 std::string named(const std::string& what, const std::string& id, const std::string& name) {
@@ -27,18 +31,18 @@ std::vector<Residue> residuesFromShifts(const std::vector<const ShiftRun*>& runs
     listed.emplace(parseInt(run->index), run);
   }
   std::vector<Residue> residues;
-  for (auto known = listed.begin(); known != listed.end(); ++known) {
-    const int before = known == listed.begin() ? known->first - 1 : std::prev(known)->first;
-    if (static_cast<long long>(known->first) - before > longestGap) {
+  long long next = listed.empty() ? 0 : listed.begin()->first;
+  std::size_t gaps = 0;
+  for (const auto& [number, run] : listed) {
+    gaps += static_cast<std::size_t>(number - next);
+    if (gaps > longestGap + gapForEach * listed.size()) {
       throw ToolError(ToolStatus::badData,
-                      file + ": no sequence, and the shifts leave gaps of more than " +
-                          std::to_string(longestGap) + " residues");
+                      file + ": no sequence, and the shifts leave too many residues out");
     }
-    for (int number = before + 1; number <= known->first; ++number) {
-      const bool there = number == known->first;
-      residues.push_back(
-          {std::to_string(number), "", there ? capitals(known->second->name) : "UNK"});
+    for (; next < number; ++next) {
+      residues.push_back({std::to_string(next), "", "UNK"});
     }
+    residues.push_back({std::to_string(next++), "", capitals(run->name)});
   }
   return residues;
 }
@@ -70,13 +74,15 @@ std::string alternatives(const Deposition& deposition) {
 PolymerShifts choosePair(const Deposition& deposition, const Choice& choice,
                          const std::string& file) {
   PolymerShifts best;
-  for (const Polymer& polymer : deposition.polymers) {
-    for (const ShiftList& list : deposition.lists) {
-      if (isWanted(list, choice)) {
-        PolymerShifts shifts = shiftsOf(deposition, polymer, list);
-        if (shifts.rows > best.rows && isWanted(shifts, choice)) {
-          best = std::move(shifts);
-        }
+  for (const ShiftList& list : deposition.lists) {
+    if (!isWanted(list, choice)) {
+      continue;
+    }
+    for (PolymerShifts& shifts : shiftsByPolymer(deposition, list)) {
+      // Of equals the polymer that comes first, as far as lists before this one do not have it.
+      const bool earlier = shifts.rows == best.rows && shifts.polymer->place < best.polymer->place;
+      if ((shifts.rows > best.rows || earlier) && isWanted(shifts, choice)) {
+        best = std::move(shifts);
       }
     }
   }
@@ -146,6 +152,20 @@ Numbering align(const ChosenShifts& chosen, const std::vector<const ShiftRun*>& 
   return numbering;
 }
 
+/// The first protein without shifts of its own that stray ones fit; null when there is none.
+PolymerShifts* ownerOf(const std::vector<const ShiftRun*>& strays,
+                       std::vector<PolymerShifts>& all) {
+  std::size_t tried = 0;
+  for (PolymerShifts& shifts : all) {
+    const bool candidate = shifts.rows == 0 && shifts.polymer->isProtein();
+    if (!strays.empty() && candidate && ++tried <= mostOwnersTried &&
+        fitsWell(alignNumbers(shifts.polymer->residues, strays))) {
+      return &shifts;
+    }
+  }
+  return nullptr;
+}
+
 } // namespace
 
 bool areOfProtein(const PolymerShifts& shifts) {
@@ -157,39 +177,41 @@ bool areOfProtein(const PolymerShifts& shifts) {
   return known > 0 && static_cast<std::size_t>(known) * 2 >= shifts.runs.size();
 }
 
-PolymerShifts shiftsOf(const Deposition& deposition, const Polymer& polymer,
-                       const ShiftList& list) {
-  const bool only = deposition.polymers.size() == 1;
-  PolymerShifts shifts;
-  shifts.polymer = &polymer;
-  shifts.list = &list;
-  std::set<std::string_view> ids;
-  for (const Polymer& other : deposition.polymers) {
-    ids.insert(other.id);
+std::vector<PolymerShifts> shiftsByPolymer(const Deposition& deposition, const ShiftList& list) {
+  std::vector<PolymerShifts> all(deposition.polymers.size());
+  std::map<std::string_view, std::size_t> places;
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    all[i].polymer = &deposition.polymers[i];
+    all[i].list = &list;
+    places.emplace(deposition.polymers[i].id, i);
   }
-  bool strays = false;
-  const auto take = [&](bool stray) {
-    for (const ShiftRun& run : list.runs) {
-      const bool own = run.polymer == polymer.id;
-      const bool lost = !own && ids.count(run.polymer) == 0;
-      strays = strays || (lost && run.isFirm());
-      if (run.isFirm() && (own || (lost && stray))) {
-        shifts.runs.push_back(&run);
-        shifts.rows += run.rows;
-        shifts.copies[std::string(run.copy)] += run.rows;
+  std::vector<const ShiftRun*> strays;
+  for (const ShiftRun& run : list.runs) {
+    if (run.isFirm()) {
+      const auto own = all.size() == 1 ? places.begin() : places.find(run.polymer);
+      if (own == places.end()) {
+        strays.push_back(&run);
+      } else {
+        all[own->second].add(run);
       }
     }
-  };
-  take(only);
-  if (strays && !only && shifts.runs.empty() && !polymer.residues.empty()) {
-    take(true);
-    if (!fitsWell(alignNumbers(polymer.residues, shifts.runs))) {
-      shifts.runs.clear();
-      shifts.rows = 0;
-      shifts.copies.clear();
+  }
+  if (PolymerShifts* const owner = ownerOf(strays, all)) {
+    for (const ShiftRun* run : strays) {
+      owner->add(*run);
     }
   }
-  return shifts;
+  all.erase(std::remove_if(all.begin(), all.end(),
+                           [](const PolymerShifts& shifts) { return shifts.rows == 0; }),
+            all.end());
+  return all;
+}
+
+void PolymerShifts::add(const ShiftRun& run) {
+  runs.push_back(&run);
+  rows += run.rows;
+  const auto copy = copies.find(run.copy);
+  (copy == copies.end() ? copies[std::string(run.copy)] : copy->second) += run.rows;
 }
 
 ChosenShifts takePolymer(const Deposition& deposition, const PolymerShifts& shifts,

@@ -28,18 +28,21 @@ struct ChosenShifts {
 struct PolymerShifts {
   const Polymer* polymer = nullptr;
   const ShiftList* list = nullptr;
-  std::vector<const ShiftRun*> runs;         ///< those of a certain residue
-  std::size_t rows = 0;                      ///< of these runs
-  std::map<std::string, std::size_t> copies; ///< rows by copy in the assembly
+  std::vector<const ShiftRun*> runs;                      ///< those of a certain residue
+  std::size_t rows = 0;                                   ///< of these runs
+  std::map<std::string, std::size_t, std::less<>> copies; ///< rows by copy in the assembly
+
+  void add(const ShiftRun& run);
 };
 
 /// Whether most residues of a polymer are amino acids, of one without a sequence those of its
 /// shifts.
 bool areOfProtein(const PolymerShifts& shifts);
 
-/// The shifts of a list that belong to a polymer: those that name it, and those that name none that
-/// there is, where it is the only one or the only one that they fit.
-PolymerShifts shiftsOf(const Deposition& deposition, const Polymer& polymer, const ShiftList& list);
+/// The shifts of a list by polymer, of those that have any, in the order of the deposition: those
+/// that name it, and those that name none that there is, where it is the only one or the first that
+/// they fit.
+std::vector<PolymerShifts> shiftsByPolymer(const Deposition& deposition, const ShiftList& list);
 
 /// Chooses the polymer and the list (by default the protein and list with the most shifts), aligns
 /// numbers with the sequence, names atoms as the program does and looks for what may be wrong.
