@@ -15,7 +15,7 @@ seconds="${1:?usage: fuzz/run.sh SECONDS [TARGET]...}"
 shift
 targets=("$@")
 if [[ ${#targets[@]} -eq 0 ]]; then
-  targets=(table_reader table_writer cell_format structure command_line whole_run structure_import)
+  targets=(table_reader table_writer cell_format structure command_line whole_run structure_import deposition)
 fi
 
 cmake --preset fuzz >/dev/null
@@ -29,7 +29,7 @@ fuzz_one() {
   local target="$1" words=table
   local seeds=(fuzz/corpus/tables)
   case "$target" in
-    structure | command_line | cell_format | structure_import)
+    structure | command_line | cell_format | structure_import | deposition)
       words="$target"
       seeds=("fuzz/corpus/$target")
       ;;

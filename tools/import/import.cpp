@@ -45,7 +45,7 @@ std::string readInput(const std::string& path) {
   std::error_code ignored;
   std::optional<std::string> text;
   if (!std::filesystem::is_directory(path, ignored)) {
-    text = readFile(path == "-" ? "/dev/stdin" : path);
+    text = readWholeFile(path == "-" ? "/dev/stdin" : path);
   }
   if (!text) {
     throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
