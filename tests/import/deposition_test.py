@@ -68,6 +68,9 @@ class Depositions(ImportCase):
             ("nowhere", "data_1\n" + loop("Comp_index_ID Comp_ID Atom_ID Val",
                                           ["5 SER CA 58", "7 PRO CA 63"]), "SXP",
              "guessed from the shifts, from residue 5 to 7"),
+            ("nowhere, two chains of one entity", "data_1\n" + loop(
+                "Entity_ID Auth_asym_ID Comp_index_ID Comp_ID Atom_ID Val",
+                ["1 A 1 SER CA 58", "1 B 1 SER CA 58", "1 B 2 PRO CA 63"]), "SP", "copy B of 2"),
             ("nowhere, two molecules", "data_1\n" + loop(
                 "Entity_ID Comp_index_ID Comp_ID Atom_ID Val",
                 ["1 1 DA H8 8.1", "1 2 DG H8 8", "1 3 DG H8 8", "2 1 PRO CA 63", "2 2 ALA CA 52"]), "PA",

@@ -207,6 +207,19 @@ std::string_view polymerOf(const ShiftRow& row, const CopyEntities& entities,
   return entity == entities.end() ? row.polymer : std::string_view(entity->second);
 }
 
+/// Whether chains stand for the copies that a loop of shifts does not name.
+bool chainsAreCopies(const StarDocument& document, const StarLoop& loop) {
+  StarRows rows(document, loop,
+                {loop.column({"_atom_chem_shift.entity_assembly_id"}),
+                 loop.column({"_atom_chem_shift.auth_asym_id"})});
+  while (rows.next()) {
+    if (!rows[0].empty() || rows[1].empty()) {
+      return false;
+    }
+  }
+  return true;
+}
+
 void addShifts(const StarDocument& document, const StarFrame& frame, const StarLoop& loop,
                const CopyEntities& entities, Deposition& deposition) {
   const auto column = [&loop](const char* name) {
@@ -223,6 +236,7 @@ void addShifts(const StarDocument& document, const StarFrame& frame, const StarL
       known.insert(polymer.id);
     }
   }
+  const bool chains = chainsAreCopies(document, loop);
   ShiftList list;
   list.line = loop.line;
   list.name = frame.name;
@@ -230,8 +244,7 @@ void addShifts(const StarDocument& document, const StarFrame& frame, const StarL
   while (rows.next()) {
     ShiftRow row{rows[0], rows[1], rows[2].empty() ? rows[3] : rows[2], rows[4], rows[5], rows[6],
                  rows[7], rows[8]};
-    // Chains stand for copies only where the assembly is listed by them.
-    row.copy = row.copy.empty() && entities.find(rows[10]) != entities.end() ? rows[10] : row.copy;
+    row.copy = chains ? rows[10] : row.copy;
     row.polymer = polymerOf(row, entities, known);
     list.id = list.id.empty() ? std::string(rows[9]) : list.id;
     list.add(row);

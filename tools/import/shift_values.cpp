@@ -62,7 +62,7 @@ bool differ(const Reading& one, double other) {
 
 /// One form of a residue: a shift per atom, and the piece of the list that it came with.
 struct Form {
-  ShiftValues values;
+  ShiftValues values{};
   std::array<std::size_t, tableAtoms.size()> pieces{};
   std::size_t count = 0;
 
@@ -236,7 +236,7 @@ class ResidueShifts {
 
   static std::string formText(const Form& form) {
     std::string text;
-    for (std::uint8_t atom = 0; atom < tableAtoms.size(); ++atom) {
+    for (std::uint8_t atom = atomN; atom <= atomCg; ++atom) {
       const bool telling = atom == atomCb || atom == atomCg;
       text += form.has(atom) && (telling || form.count < 3)
                   ? std::string(" ") + tableAtoms[atom] + " " + numberText(form.values[atom])

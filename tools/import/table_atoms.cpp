@@ -21,7 +21,7 @@ std::uint8_t tableAtom(char letter, std::string_view name) {
       return atomHa3;
     }
   }
-  for (std::uint8_t atom = 0; atom < tableAtoms.size(); ++atom) {
+  for (std::uint8_t atom = atomN; atom <= atomCg; ++atom) {
     if (is(tableAtoms[atom])) {
       return letter == 'G' || (atom != atomHa2 && atom != atomHa3) ? atom : otherAtom;
     }
