@@ -15,10 +15,10 @@
 set -euo pipefail
 
 build_needs="cmake ninja-build g++"
-tools_needs="libcli11-dev nlohmann-json3-dev gemmi-dev tao-pegtl-dev zlib1g-dev libnlopt-dev"
+tools_needs="libcli11-dev nlohmann-json3-dev libkainjow-mustache-dev gemmi-dev tao-pegtl-dev zlib1g-dev libnlopt-dev"
 test_needs="$build_needs $tools_needs clang libclang-rt-dev clang-tidy clang-format libgtest-dev mandoc cppcheck"
 test_needs="$test_needs file dpkg-dev lintian" # for the packages
-test_needs="$test_needs chromium parallel snakemake" # for the report and the batch examples
+test_needs="$test_needs chromium librsvg2-bin parallel snakemake" # for the report and the batch examples
 coverage_needs="$test_needs gcovr"
 bench_needs="$build_needs libbenchmark-dev gemmi-dev mawk valgrind"
 
@@ -50,6 +50,8 @@ is_there() {
     gemmi-dev) test -e /usr/include/gemmi/pdb.hpp ;;
     libcli11-dev) test -e /usr/include/CLI/CLI.hpp ;;
     nlohmann-json3-dev) test -e /usr/include/nlohmann/json.hpp ;;
+    libkainjow-mustache-dev) test -e /usr/include/kainjow/mustache.hpp ;;
+    librsvg2-bin) command -v rsvg-convert ;;
     tao-pegtl-dev) test -e /usr/include/tao/pegtl.hpp ;;
     zlib1g-dev) test -e /usr/include/zlib.h ;;
     libnlopt-dev) test -e /usr/include/nlopt.h ;;

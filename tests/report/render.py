@@ -2,8 +2,8 @@
 
     render.py PAGE.html... [--pictures FOLDER]
 
-Every page is shown wide, narrow (360 px), dark and as on paper. A page fails when it is wider than
-its window, when it holds text of less than 11 px as shown, when a text of a picture leaves the
+Every page is shown wide, narrow (320 and 390 px), dark and as on paper. A page fails when it is
+wider than its window, when it holds text of less than 11 px as shown (7.5 pt on paper), when a text of a picture leaves the
 picture, when it logs anything (errors of scripts, refused requests), or when it asks for anything
 but itself. With --pictures, what was seen is kept as PNG files.
 
@@ -22,15 +22,16 @@ import tempfile
 
 VIEWS = {
     "wide": {"width": 1280, "scheme": "light", "media": "screen"},
-    "narrow": {"width": 360, "scheme": "light", "media": "screen"},
+    "narrow": {"width": 320, "scheme": "light", "media": "screen"},
     "dark": {"width": 1280, "scheme": "dark", "media": "screen"},
-    "narrow-dark": {"width": 360, "scheme": "dark", "media": "screen"},
+    "narrow-dark": {"width": 390, "scheme": "dark", "media": "screen"},
     "print": {"width": 703, "scheme": "dark", "media": "print"},  # A4 less its margins
 }
 
 # Run inside the page: what is too wide, too small or outside its picture.
 PROBE = """(() => {
   const faults = [];
+  const smallest = matchMedia('print').matches ? 9.99 : 10.99; // 7.5 pt on paper
   const root = document.documentElement;
   if (root.scrollWidth > root.clientWidth)
     faults.push(`page is ${root.scrollWidth} px wide in a window of ${root.clientWidth}`);
@@ -39,7 +40,7 @@ PROBE = """(() => {
     const svg = node.ownerSVGElement;
     const scale = svg ? svg.getBoundingClientRect().width / svg.viewBox.baseVal.width : 1;
     const size = parseFloat(getComputedStyle(node).fontSize) * scale;
-    if (size < 10.99) faults.push(`text of ${size.toFixed(2)} px: ${node.textContent}`);
+    if (size < smallest) faults.push(`text of ${size.toFixed(2)} px: ${node.textContent}`);
     if (svg) {
       const inner = node.getBoundingClientRect(), outer = svg.getBoundingClientRect();
       if (inner.left < outer.left - 1 || inner.right > outer.right + 1 ||

@@ -2,6 +2,7 @@
 
 usage: report_test.py CITRANS_REPORT CITRANS SOURCE_ROOT
 """
+import collections
 import html.parser
 import json
 import math
@@ -12,6 +13,7 @@ import sys
 import tempfile
 import unittest
 import xml.etree.ElementTree
+import zlib
 
 REPORT, CITRANS, ROOT = (os.path.abspath(path) for path in sys.argv[1:4])
 TAB = os.path.join(ROOT, "tab")
@@ -59,6 +61,20 @@ def likelihood(summary_row, shifts, sequence, clip):
     log_ratio += math.log(float(before["cis_prev"]) / float(before["trans_prev"]))
     log_ratio += math.log(float(after["cis_next"]) / float(after["trans_next"]))
     return log_ratio, 1 / (1 + math.exp(-log_ratio))
+
+
+def unfiltered(data, width, height, channels):
+    """The colours of a PNG's pixels; its lines are coded as differences."""
+    stride, before = channels * width, bytes(channels * width)
+    for y in range(height):
+        kind, line = data[y * (stride + 1)], bytearray(data[y * (stride + 1) + 1:][:stride])
+        for i in range(stride):
+            left = line[i - channels] if i >= channels else 0
+            up, corner = before[i], before[i - channels] if i >= channels else 0
+            nearest = min((left, up, corner), key=lambda x: abs(left + up - corner - x))
+            line[i] = (line[i] + (0, left, up, (left + up) // 2, nearest)[kind]) & 255
+        before = bytes(line)
+        yield from (line[i:i + 3].hex() for i in range(0, stride, channels))
 
 
 class Page(html.parser.HTMLParser):
@@ -158,7 +174,7 @@ class Report(unittest.TestCase):
         row = next(line for line in self.read("out.tab").split("\n") if line.startswith(" 82"))
         self.edit("out.tab", row, row.replace("1.000", "0.400", 1))
         run = self.report("--json", "out.json")
-        self.assertIn("Pro82: the contributions add up to P_CIS 1.000, but the summary says 0.400",
+        self.assertIn("do not add up to the P_CIS of the summary: Pro82 1.000 against 0.400",
                       run.stderr)
         self.assertFalse(json.loads(self.read("out.json"))["prolines"][-1]["sum_agrees"])
 
@@ -266,32 +282,186 @@ class Report(unittest.TestCase):
                       self.report("--map", "map.tsv", "--tsv", "c.tsv").stderr)
         self.assertIn("resi \\-41+\\-29+\\-19+\\-8+10+21+23\n", self.read("c.pml"))
 
-    def test_referencing_that_would_change_a_call_is_said(self):
-        # Without CG, and with CA and CB 3 ppm too high, trans prolines look like cis ones.
+    def shifted(self, name, offset, without=()):
+        """The example with an error in the referencing of all its carbons."""
         lines = []
         with open(os.path.join(ROOT, "examples/ybbr.tab")) as file:
             for line in file:
                 words = line.split()
-                if len(words) == 4 and words[0].isdigit() and words[2] == "CG":
-                    continue
-                if len(words) == 4 and words[0].isdigit() and words[2] in ("CA", "CB"):
-                    line = "%4s %1s %4s  %8.3f\n" % (*words[:3], float(words[3]) + 3)
+                if len(words) == 4 and words[0].isdigit():
+                    if words[2] in without:
+                        continue
+                    if words[2][0] == "C":
+                        line = "%4s %1s %4s  %8.3f\n" % (*words[:3], float(words[3]) + offset)
                 lines.append(line)
-        self.predict(shifts=self.write("shifted.tab", "".join(lines)))
+        return self.write(name, "".join(lines))
+
+    def test_misreferenced_carbons_are_said_once_with_the_calls_that_change(self):
+        self.predict()
+        right = {p["resid"]: p["call"] for p in self.json()["prolines"]}
+        for without in ((), ("CG",)):
+            with self.subTest(without=without):
+                self.predict(shifts=self.shifted("shifted.tab", 2.7, without))
+                report = self.json()
+                offsets = {row["nuclei"][0]: row["offset"] for row in report["offsets"]}
+                self.assertAlmostEqual(offsets["CA"], 2.7, delta=0.4)
+                self.assertAlmostEqual(offsets["C"], 2.7, delta=0.4)
+                for proline in report["prolines"]:
+                    self.assertIn(proline["corrected"]["call"],
+                                  (right[proline["resid"]], "undecided"))
+                    self.assertEqual(proline["corrected"]["changes"],
+                                     proline["corrected"]["call"] != proline["call"])
+                changed = [p["resid"] for p in report["prolines"] if p["corrected"]["changes"]]
+                self.assertTrue(changed)
+                concerns = [c for c in report["attention"] if c["kind"] == "referencing"]
+                self.assertEqual([c["residues"] for c in concerns], [changed])
+                page = self.report().stdout
+                self.assertEqual(page.count("look misreferenced"), 1)
+                self.assertIn(f"{len(changed)} of 8 calls change:", page)
+                # With 2.7 ppm more, CB of many residues leaves its limits: said to be the offset's.
+                explained = [row for row in report["outliers"] if row["by_offset"]]
+                self.assertGreater(len(explained), len(report["outliers"]) / 2)
+                self.assertTrue(all(row["atom"][0] == "C" for row in explained))
+
+    def test_cb_less_cg_does_not_depend_on_the_referencing_or_its_correction(self):
+        # Deposited shifts: Pro82 34.2 and 24.6, the others 4.1 to 5.9 apart.
+        seen = []
+        for shifts, options in ((os.path.join(ROOT, "examples/ybbr.tab"), []),
+                                (self.shifted("shifted.tab", 2.7), []),
+                                (self.path("shifted.tab"), ["-offset"])):
+            self.predict(*options, shifts=shifts)
+            report = self.json()
+            seen.append({p["resid"]: p["carbons"]["cb_minus_cg"] for p in report["prolines"]})
+            self.assertEqual(any(c["kind"] == "cg_subtracted" for c in report["attention"]),
+                             bool(options))
+        for carbons in seen:
+            self.assertAlmostEqual(carbons.pop(82), 9.6, delta=0.005)
+            self.assertTrue(all(4.05 < value < 5.95 for value in carbons.values()), carbons)
+        self.assertIn("CG after subtraction", self.report().stdout)
+
+    def test_nothing_is_said_of_referencing_that_cannot_be_checked(self):
+        self.predict(shifts=self.shifted("few.tab", 0, ("CA", "CB")))
+        page = self.report().stdout
+        self.assertNotIn("No referencing offset", page)
+        self.assertIn("too few shifts to check CA and CB, HA and C′", page)
+
+    def test_a_reference_is_told_apart_from_one_of_other_numbering(self):
+        reference = os.path.join(ROOT, "examples/ybbr_2kpu.pdb")
+        self.predict("-ref", reference)
         report = self.json()
-        offsets = {row["nuclei"]: row["offset"] for row in report["offsets"]}
-        self.assertAlmostEqual(offsets["CA and CB"], 3, delta=0.7)
-        before = {p["resid"]: p["call"] for p in report["prolines"]}
-        self.predict("-offset", shifts=self.path("shifted.tab"))
-        corrected = self.json()
-        after = {p["resid"]: p["call"] for p in corrected["prolines"]}
-        self.assertEqual([row["resid"] for row in report["changed_calls"]],
-                         [resid for resid in before if before[resid] != after[resid]])
-        self.assertIn("referencing offset applied", " ".join(corrected["corrections"]))
-        self.assertIn(9, [row["resid"] for row in report["changed_calls"]])
-        self.predict(shifts=self.path("shifted.tab"))
-        self.assertIn("Pro9: subtracting the estimated referencing offsets would change the call",
-                      self.report().stdout)
+        self.assertEqual([p["reference"]["disagrees"] for p in report["prolines"]], [False] * 8)
+        self.assertLess(abs(report["prolines"][-1]["reference"]["omega"]), 10)
+        with open(reference) as file:
+            moved = [line[:22] + "%4d" % (int(line[22:26]) + 1) + line[26:]
+                     if line[:4] == "ATOM" else line for line in file]
+        self.predict("-ref", self.write("moved.pdb", "".join(moved)))
+        report = self.json()
+        for proline in report["prolines"]:
+            self.assertNotEqual(proline["reference"]["residue"], "P")
+            self.assertIsNone(proline["reference"]["omega"])
+        self.assertIn("no_proline_there", [c["kind"] for c in report["attention"]])
+        self.assertIn("no proline there", self.report().stdout)
+
+    def test_a_structure_that_disagrees_is_counted_and_marked(self):
+        self.predict("-ref", os.path.join(ROOT, "examples/ybbr_2kpu.pdb"),
+                     shifts=self.shifted("shifted.tab", 2.7))
+        report = self.json()
+        against = [p["resid"] for p in report["prolines"] if p["reference"]["disagrees"]]
+        expected = [p["resid"] for p in report["prolines"]
+                    if p["call"] == ("trans" if p["resid"] == 82 else "cis")]
+        self.assertEqual(against, expected)
+        self.assertIn(82, against)
+        page = self.report().stdout
+        self.assertIn(f"against the reference structure: {len(against)}", page)
+        self.assertEqual(page.count("≠ call"), len(against))
+
+    def test_the_page_carries_what_the_import_said(self):
+        with open(os.path.join(ROOT, "examples/ybbr.tab")) as file:
+            rows = "".join(line for line in file if not line.startswith("REMARK"))
+        remarks = ("Chemical shifts of NMR-STAR 3 entry 99, from x.str",
+                   "entity 1 (Some protein) of 1 with 96 residues, shift list 1 (a) of 1",
+                   "Warning: 2 values left out, Ser2 CA among them")
+        self.predict(shifts=self.write("in.tab", "".join(f"REMARK {r}\n" for r in remarks) + rows))
+        report = self.json()
+        self.assertEqual((report["protein"], report["entry"], report["source"]),
+                         ("Some protein", "NMR-STAR 3 entry 99", "x.str"))
+        self.assertEqual(report["import_warnings"], ["2 values left out, Ser2 CA among them"])
+        self.assertEqual(report["shifts"]["CG"], 8)
+        page = self.report().stdout
+        self.assertIn("<title>Some protein: ", page)
+        self.assertIn("The import warned: 2 values left out", page)
+        self.assertNotIn(self.folder, json.dumps(report))
+
+    def test_pictures_have_their_colours_in_other_programs(self):
+        """What is drawn is cis orange and trans blue on white, not black; rsvg-convert tells."""
+        if not shutil.which("rsvg-convert"):
+            self.skipTest("no rsvg-convert (apt-get install librsvg2-bin)")
+        self.predict()
+        self.report("--svg", "svg")
+        with open(os.path.join(ROOT, "tools/report/page/colours.css")) as file:
+            sheet = file.read()
+        colours = {name: sheet.split(f"--{name}: #")[1][:6]
+                   for name in ("cis", "trans", "ink", "cis-soft")}
+        for name, wanted in (("overview", ("cis", "trans")), ("P82", ("cis", "trans")),
+                             ("P82-CB", ("cis", "ink")), ("P82-CB-CG", ("cis", "trans")),
+                             ("secondary-shifts-81", ("cis-soft",))):
+            self.assertNotIn("var(", self.read(f"svg/{name}.svg"))
+            seen = self.pixels(f"svg/{name}.svg")
+            self.assertGreater(seen.get("ffffff", 0), sum(seen.values()) / 4, name)
+            for colour in wanted:
+                self.assertGreater(seen.get(colours[colour], 0), 20, (name, colour))
+            self.assertLess(seen.get("000000", 0), sum(seen.values()) / 100, name)
+
+    def pixels(self, name):
+        """How often each colour occurs in the rendered picture."""
+        png = subprocess.run(["rsvg-convert", self.path(name)], check=True,
+                             capture_output=True).stdout
+        width, height = (int.from_bytes(png[at:at + 4], "big") for at in (16, 20))
+        self.assertEqual(png[24:25], b"\x08")
+        channels = {2: 3, 6: 4}[png[25]]  # with or without alpha
+        data, at = b"", 8
+        while at < len(png):
+            length = int.from_bytes(png[at:at + 4], "big")
+            if png[at + 4:at + 8] == b"IDAT":
+                data += png[at + 8:at + 8 + length]
+            at += length + 12
+        return collections.Counter(unfiltered(zlib.decompress(data), width, height, channels))
+
+    def test_viewer_files_name_chain_model_and_the_numbers_of_the_structure(self):
+        self.predict()
+        self.write("map.tsv", "resid\tauthor\n" + "".join(f"{i}\t{i}\n" for i in range(1, 97)))
+        numbers = [9, 21, 31, 42, 60, 71, 73, 82]
+        self.write("pdb.tsv", "resid\tauthor\n" + "".join(f"{i}\t{i + 100}\n" for i in numbers[1:]))
+        run = self.report("--map", "map.tsv", "--structure-map", "pdb.tsv", "--chain", "B",
+                          "--model", "1.2", "--chimerax", "c.cxc", "--pymol", "c.pml")
+        self.assertEqual(run.stderr.count("left out"), 1)
+        self.assertIn("left out of the files for viewers", run.stderr)
+        self.assertIn("Pro9\n", run.stderr)
+        self.assertIn("name citrans_cis #1.2/B:182 & :PRO\n", self.read("c.cxc"))
+        self.assertIn("select citrans_cis, model 1.2 and chain B and resn PRO and resi 182\n",
+                      self.read("c.pml"))
+        self.report("--chain", "A; rm", "--pymol", "c.pml", status=1)
+
+    def test_b_factors_of_a_pdb_file_are_the_likelihoods(self):
+        self.predict()
+        reference = os.path.join(ROOT, "examples/ybbr_2kpu.pdb")
+        self.report("--structure", reference, "--bfactor", "b.pdb")
+        rows, _ = table(self.summary)
+        expected = {int(row["RESID"]): 100 * float(row["P_CIS_NORM"]) for row in rows}
+        with open(reference) as file:
+            before = [line for line in file if line[:4] == "ATOM"]
+        after = [line for line in self.read("b.pdb").splitlines(True) if line[:4] == "ATOM"]
+        self.assertEqual(len(before), len(after))
+        for old, new in zip(before, after):
+            self.assertEqual((old[:60], old[66:]), (new[:60], new[66:]))
+            self.assertAlmostEqual(float(new[60:66]), expected.get(int(new[22:26]), -1), 4)
+        for options, message in ((["--chain", "Z"], "none of the predicted prolines"),
+                                 (["--structure-map", "z.tsv"], "none of the predicted prolines")):
+            self.write("z.tsv", "resid\tauthor\n82\t999\n")
+            run = self.report("--structure", reference, "--bfactor", "b.pdb", *options, status=65)
+            self.assertIn(message, run.stderr)
+        self.report("--structure", self.summary, "--bfactor", "b.pdb", status=65)
+        self.report("--bfactor", "b.pdb", status=1)
 
     def test_prolines_without_a_row_say_why(self):
         with open(os.path.join(ROOT, "examples/ybbr.tab")) as file:

@@ -2,7 +2,9 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 
-#include "tools/report/quality.h"
+#include "tools/report/carbons.h"
+#include "tools/report/referencing_check.h"
+#include "tools/report/style.h"
 #include "tools/report/text.h"
 #include "tools/report/verdict.h"
 
@@ -21,6 +23,8 @@ TEST(Text, IsSafeInMarkup) {
       {"\xED\xA0\x80", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"},                 // a surrogate
       {"\xF4\x90\x80\x80", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"}, // past the last
       {"tab\tstays", "tab\tstays"},
+      {"a\u202Eb\u200Fc\u2067d\u0085e", "a\uFFFDb\uFFFDc\uFFFDd\uFFFDe"}, // turned around, hidden
+      {"\u2013 \u2032 \u03B1", "\u2013 \u2032 \u03B1"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(escaped(row.text), row.safe);
@@ -83,6 +87,7 @@ class OneProline : public testing::Test {
     row.atom = atom;
     row.shiftText = text;
     row.rounding = 0.0005;
+    inputs.shiftIndex[{residue, atom}] = inputs.shifts.size();
     inputs.shifts.push_back(row);
     setRow(residue, atom, text);
   }
@@ -170,21 +175,53 @@ TEST_F(OneProline, RoundingOfTheTablesIsAllowedForAndNoMore) {
   EXPECT_FALSE(evidence.agreesWith(std::nan("")));
 }
 
-TEST_F(OneProline, OffsetsComeOffTheShiftsAndOffCgOnceForEach) {
+TEST_F(OneProline, OffsetsComeOffOnceOffCgToo) {
   setRow(3, "CA", "1.000");
   setRow(3, "CB", "2.000");
   setRow(3, "HA", "9999");
-  for (std::size_t row = 0; row < run.shiftTable.rowCount(); ++row) {
-    run.shiftTable.setCell(row, "RESNAME", "P");
-  }
-  run.cgShifts[3] = 27;
-  run.offsets["CA"] = run.offsets["CB"] = 0.25F;
-  run.offsets["HA"] = 0.5F;
-  subtractOffsets(run);
+  setRow(3, "N", "1.500");
+  run.cgShifts = {{3, 27.0F}, {4, shift::missing}};
+  ReferencingCheck check;
+  check.offsets = {{"CA and CB", {"CA", "CB"}, 0.25, 0.01, 40}, {"HA", {"HA"}, 0.5, 0.01, 40}};
+  takeOffOnce(run, check);
   EXPECT_EQ(run.shiftTable.cell(0, "SHIFT"), "0.75");
   EXPECT_EQ(run.shiftTable.cell(1, "SHIFT"), "1.75");
   EXPECT_EQ(run.shiftTable.cell(2, "SHIFT"), "9999");
-  EXPECT_FLOAT_EQ(run.cgShifts[3], 26.5F);
+  EXPECT_EQ(run.shiftTable.cell(3, "SHIFT"), "1.500");
+  EXPECT_FLOAT_EQ(run.cgShifts[3], 26.75F);
+  EXPECT_FLOAT_EQ(run.cgShifts[4], shift::missing);
+}
+
+TEST_F(OneProline, CarbonsAreThoseObservedWhateverWasTakenOff) {
+  ShiftRow cb;
+  cb.residue = 3;
+  cb.atom = "CB";
+  cb.shiftText = "2.500"; // 35 observed less 32 random coil less an offset of 0.5
+  cb.observed = 35;
+  cb.adjustment = 32;
+  inputs.shiftIndex[{3, "CB"}] = 0;
+  inputs.shifts.push_back(cb);
+  SummaryRow row;
+  row.residue = 3;
+  row.cg = 25;
+  EXPECT_EQ(carbonsOf(inputs, row).difference(), 10);
+  inputs.about.corrections = {"0.500 ppm referencing offset applied for 13Ca and 13Cb"};
+  EXPECT_TRUE(carbonsOf(inputs, row).cgSubtracted);
+  EXPECT_DOUBLE_EQ(carbonsOf(inputs, row).difference().value(), 9.5); // CG was 25.5
+  row.cg = shift::missing;
+  EXPECT_FALSE(carbonsOf(inputs, row).difference().has_value());
+}
+
+/// Cis from 10 to 1 for cis, trans from 2 to 1 for trans, without CB and CG.
+calls::Rules someRules() {
+  GDB table;
+  std::string text = "VARS ASSIGNED CIS_FROM TRANS_TO CIS_CALLS CIS_RIGHT TRANS_CALLS TRANS_RIGHT "
+                     "UNDECIDED\nFORMAT %s %f %f %d %f %d %f %d\n";
+  for (const char* assigned : {"both", "CB", "CG", "neither"}) {
+    text += std::string(assigned) + " 1.0 -0.30103 20 0.950 200 0.990 9\n";
+  }
+  table.loadText(text);
+  return calls::Rules(table);
 }
 
 TEST_F(OneProline, WordsFollowTheNumbers) {
@@ -196,8 +233,9 @@ TEST_F(OneProline, WordsFollowTheNumbers) {
   } rows[] = {
       {0.999, 9.8, "cis", "strong"},
       {0.62, 3.4, "probably cis", "clear"},
-      {0.5, 2.94, "probably trans", "leans to cis"},
-      {0.05, 0.0, "trans", "hardly any evidence"},
+      {0.5, 2.2, "undecided", "cis takes 10 to 1, trans 2.0 to 1"},
+      {0.05, 0.0, "undecided", "hardly any evidence"},
+      {0.026, -0.75, "trans", "hardly any evidence"},
       {0.001, -4.0, "trans", "favour trans by 55 to 1"},
       {std::nan(""), 7.0, "no call", "underflowed"},
       {std::nan(""), std::nan(""), "no call", "no statistics"},
@@ -207,10 +245,60 @@ TEST_F(OneProline, WordsFollowTheNumbers) {
     evidence.logRatio = row.logRatio;
     SummaryRow summary;
     summary.pCisNorm = row.pCisNorm;
-    const Verdict verdict = judge(evidence, summary, inputs);
+    const Verdict verdict = judge(evidence, summary, inputs, someRules());
     EXPECT_EQ(verdict.headline, row.headline);
     EXPECT_NE(verdict.evidence.find(row.holds), std::string::npos) << verdict.evidence;
   }
+}
+
+TEST_F(OneProline, NothingIsAgainstACallThatNothingSpeaksFor) {
+  Evidence evidence;
+  evidence.logRatio = -1.2;
+  Term term;
+  term.place = 2;
+  term.residue = 3;
+  term.atom = "C";
+  term.present = true;
+  term.logRatio = 1.5;
+  evidence.terms = {term};
+  SummaryRow summary;
+  summary.pCisNorm = 0.02;
+  EXPECT_EQ(judge(evidence, summary, inputs, someRules()).basis.substr(0, 45),
+            "Single shifts speak for cis: C′ of Pro3 (+1");
+}
+
+TEST(About, TakesWhatTheImportSaid) {
+  const struct {
+    const char* remark;
+    const char* protein;
+  } rows[] = {{"entity 1 (Dhaf_0833) of 1 with 96 residues, shift list 1 (a) of 1", "Dhaf_0833"},
+              {"entity Raf (x) of 1 with 9 residues, shift list 1 (a) of 1", "x"},
+              {"entity Raf-1 of 1 with 9 residues, shift list 1 (a) of 1", "Raf-1"},
+              {"entity (named by the shifts) of 1 with 9 residues", ""},
+              {"entity 1 of 1 with 9 residues", ""},
+              {"entity", ""}};
+  for (const auto& row : rows) {
+    const About about =
+        aboutFrom({" Chemical shifts of NEF entry x, from a.nef", row.remark,
+                   "Warning: 3 values left out", " 0.100 ppm referencing offset applied for 1Ha",
+                   "CITRANS Protein Secondary Chemical Shift Table for x", "SHIFT is"});
+    EXPECT_EQ(about.protein, row.protein);
+    EXPECT_EQ(about.entry, "NEF entry x");
+    EXPECT_EQ(about.source, "a.nef");
+    EXPECT_EQ(about.warnings, std::vector<std::string>{"3 values left out"});
+    EXPECT_EQ(about.corrections.size(), 1U);
+    EXPECT_EQ(about.remarks.size(), 2U);
+  }
+}
+
+TEST(Style, FilesHaveThePlainColoursOfThePage) {
+  EXPECT_EQ(colour("cis").size(), 7U);
+  EXPECT_EQ(colour("cis")[0], '#');
+  EXPECT_NE(colour("cis"), colour("cis-soft"));
+  EXPECT_THROW(colour("nothing"), std::out_of_range);
+  EXPECT_EQ(pictureFileStyle().find("var("), std::string::npos);
+  EXPECT_NE(pictureFileStyle().find(".picture .cis { fill: " + colour("cis") + "; }"),
+            std::string::npos);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "table/file_io.h"
 #include "tools/common/tool.h"
 #include "tools/report/inputs.h"
-#include "tools/report/table_file.h"
 
 namespace {
 
@@ -46,9 +45,9 @@ int residueNumber(const std::string& text, const std::string& path, std::size_t 
 
 } // namespace
 
-std::map<int, std::string> readAuthorMap(const std::string& path) {
-  const std::string text = readInput(path);
-  std::string_view rest = text;
+std::map<int, std::string> readAuthorMap(const NamedText& map) {
+  const std::string& path = map.name;
+  std::string_view rest = map.text;
   std::string_view line;
   takeLine(rest, line);
   const std::vector<std::string> header = cellsOf(line);

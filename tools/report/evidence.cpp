@@ -33,16 +33,6 @@ void compare(Term& term, CITRANS& run, int index) {
   }
 }
 
-/// The printed form of a residue's shift; null when the table has none.
-const ShiftRow* findShift(const Inputs& inputs, int residue, const std::string& atom) {
-  for (const ShiftRow& row : inputs.shifts) {
-    if (row.residue == residue && row.atom == atom) {
-      return &row;
-    }
-  }
-  return nullptr;
-}
-
 struct TripletPair {
   CITRANS::Triplet used;      ///< as the prediction takes them
   CITRANS::Triplet unbounded; ///< as they stand in the table
@@ -61,7 +51,7 @@ Term shiftTerm(CITRANS& run, const Inputs& inputs, const TripletPair& triplets, 
   term.shift = static_cast<double>(parseFloat(triplets.unbounded.at(key)));
   term.present = !(term.used > static_cast<double>(shift::largestPredicted));
   term.clipped = term.present && term.used != term.shift;
-  const ShiftRow* const row = findShift(inputs, term.residue, atom);
+  const ShiftRow* const row = inputs.shiftOf(term.residue, atom);
   term.readAsZero = term.present && row == nullptr;
   term.rounding = row != nullptr ? row->rounding : 0;
   compare(term, run, atomsPerResidue * (place - 1) + atomIndex - 1);

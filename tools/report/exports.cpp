@@ -70,6 +70,53 @@ Json numberOrNull(double value) {
   return std::isfinite(value) ? Json(value) : Json();
 }
 
+Json optionalNumber(const std::optional<double>& value) {
+  return value ? numberOrNull(*value) : Json();
+}
+
+/// What the reference structure has at a proline's number; null without a structure.
+Json referenceJson(const ProlineReport& proline) {
+  const SummaryRow& row = proline.row;
+  if (row.referenceName.empty()) {
+    return {};
+  }
+  Json json;
+  json["residue"] = row.referenceName;
+  json["omega"] = row.comparable() ? Json(row.omega) : Json();
+  json["disagrees"] = row.comparable() ? Json(proline.disagrees) : Json();
+  return json;
+}
+
+Json aboutJson(const Report& report) {
+  const Inputs& inputs = report.inputs;
+  const About& about = inputs.about;
+  const auto text = [](const std::string& value) { return value.empty() ? Json() : Json(value); };
+  Json json;
+  json["program"] = versionLine("citrans-report");
+  json["tables"] = text(report.tables);
+  json["name"] = inputs.proteinName();
+  json["protein"] = text(about.protein);
+  json["entry"] = text(about.entry);
+  json["source"] = text(about.source);
+  json["title"] = lastPart(inputs.title);
+  json["reference"] = text(lastPart(inputs.referenceTitle));
+  json["residues"] = inputs.residueCount;
+  json["shifts"] = Json::object();
+  for (const auto& [atom, count] : report.nuclei()) {
+    json["shifts"][atom] = count;
+  }
+  json["remarks"] = about.remarks;
+  json["import_warnings"] = about.warnings;
+  json["corrections"] = about.corrections;
+  json["warnings"] = report.warnings;
+  json["attention"] = Json::array();
+  for (const Concern& concern : report.concerns) {
+    json["attention"].push_back(
+        {{"kind", concern.kind}, {"text", concern.text}, {"residues", concern.residues}});
+  }
+  return json;
+}
+
 Json termJson(const Report& report, const Term& term) {
   Json json;
   json["kind"] = kindName(term.kind);
@@ -93,6 +140,15 @@ Json termJson(const Report& report, const Term& term) {
   return json;
 }
 
+Json correctedJson(const ProlineReport& proline) {
+  if (!proline.corrected) {
+    return {};
+  }
+  return {{"call", callName(proline.corrected->call)},
+          {"p_cis_norm", numberOrNull(proline.corrected->pCisNorm)},
+          {"changes", proline.callChanges()}};
+}
+
 Json prolineJson(const Report& report, const ProlineReport& proline) {
   Json json;
   json["resid"] = proline.residue;
@@ -109,7 +165,18 @@ Json prolineJson(const Report& report, const ProlineReport& proline) {
   }
   json["p_cis"] = numberOrNull(proline.row.pCis);
   json["p_cis_norm"] = numberOrNull(proline.row.pCisNorm);
-  json["omega_ref"] = proline.row.hasOmega ? Json(proline.row.omega) : Json();
+  json["carbons"] = {{"cb", optionalNumber(proline.carbons.cb)},
+                     {"cg", optionalNumber(proline.carbons.cg)},
+                     {"cb_minus_cg", optionalNumber(proline.carbons.difference())},
+                     {"cg_offset_taken_off",
+                      proline.carbons.cgSubtracted ? Json(proline.carbons.cgOffset) : Json()}};
+  json["reference"] = referenceJson(proline);
+  json["assigned"] = calls::describe(proline.verdict.assigned);
+  json["such_calls"] = {{"calls", proline.verdict.likeThis.calls},
+                        {"right", proline.verdict.likeThis.calls > 0
+                                      ? numberOrNull(proline.verdict.likeThis.right)
+                                      : Json()}};
+  json["corrected"] = correctedJson(proline);
   json["ln_ratio"] = numberOrNull(proline.evidence.logRatio);
   json["p_cis_from_sum"] = numberOrNull(proline.evidence.pCis);
   json["sum_agrees"] = proline.evidence.agreesWith(proline.row.pCis);
@@ -124,72 +191,24 @@ Json checkJson(const Report& report) {
   Json json;
   json["offsets"] = Json::array();
   for (const ReportedOffset& estimate : report.check.offsets) {
-    json["offsets"].push_back({{"nuclei", estimate.nuclei},
+    json["offsets"].push_back({{"nuclei", estimate.atoms},
                                {"offset", estimate.offset},
-                               {"error", numberOrNull(estimate.error)},
+                               {"error", estimate.error},
                                {"points", estimate.points}});
   }
-  json["changed_calls"] = Json::array();
-  for (const ChangedCall& changed : report.changedCalls) {
-    json["changed_calls"].push_back({{"resid", changed.residue},
-                                     {"p_cis_norm", numberOrNull(changed.before)},
-                                     {"p_cis_norm_with_offsets", numberOrNull(changed.after)}});
-  }
+  json["referencing_unchecked"] = report.check.unchecked;
   json["outliers"] = Json::array();
-  for (const Outlier& outlier : report.check.outliers) {
+  for (std::size_t i = 0; i < report.check.outliers.size(); ++i) {
+    const Outlier& outlier = report.check.outliers[i];
     json["outliers"].push_back({{"resid", outlier.residue},
                                 {"author", report.inputs.number(outlier.residue)},
                                 {"atom", outlier.atom},
-                                {"shift", outlier.shift},
-                                {"limit", outlier.limit},
-                                {"far_out", outlier.marked}});
+                                {"shift", numberOrNull(outlier.shift)},
+                                {"limit", numberOrNull(static_cast<double>(outlier.limit))},
+                                {"far_out", outlier.marked},
+                                {"by_offset", static_cast<bool>(report.check.explained[i])}});
   }
   return json;
-}
-
-/// The groups of prolines that get a colour of their own.
-struct Group {
-  const char* name;
-  const char* hex;   ///< for ChimeraX
-  const char* parts; ///< red, green and blue for PyMOL
-  Verdict::Call call;
-  bool settled;
-};
-
-constexpr Group groups[] = {
-    {"citrans_cis", "#d55e00", "[0.835, 0.369, 0.000]", Verdict::Call::cis, true},
-    {"citrans_probably_cis", "#f0a868", "[0.941, 0.659, 0.408]", Verdict::Call::cis, false},
-    {"citrans_trans", "#0072b2", "[0.000, 0.447, 0.698]", Verdict::Call::trans, true},
-    {"citrans_probably_trans", "#7fb8dc", "[0.498, 0.722, 0.863]", Verdict::Call::trans, false},
-    {"citrans_no_call", "#8c8c8c", "[0.549, 0.549, 0.549]", Verdict::Call::none, false},
-};
-
-/// A residue number as the viewers take it: digits, an insertion code, a sign before. Anything else
-/// would end the command and is left out.
-bool isViewerNumber(const std::string& number) {
-  const std::size_t start = number.empty() || number[0] != '-' ? 0 : 1;
-  std::size_t digits = start;
-  while (digits < number.size() && number[digits] >= '0' && number[digits] <= '9') {
-    ++digits;
-  }
-  const bool letter = digits + 1 == number.size() && ((number[digits] | 0x20) >= 'a') &&
-                      ((number[digits] | 0x20) <= 'z');
-  return digits > start && (digits == number.size() || letter);
-}
-
-/// The numbers of a group's prolines between separators; `minus` stands for a sign.
-std::string membersOf(const Report& report, const Group& group, const char* separator,
-                      const char* minus) {
-  std::string members;
-  for (const ProlineReport& proline : report.prolines) {
-    const std::string number = report.inputs.number(proline.residue);
-    if (proline.verdict.call == group.call && proline.verdict.settled == group.settled &&
-        isViewerNumber(number)) {
-      members += (members.empty() ? "" : separator) +
-                 (number[0] == '-' ? minus + number.substr(1) : number);
-    }
-  }
-  return members;
 }
 
 } // namespace
@@ -206,48 +225,11 @@ std::string tsvText(const Report& report) {
 }
 
 std::string jsonText(const Report& report) {
-  Json json;
-  json["program"] = versionLine("citrans-report");
-  json["title"] = report.inputs.title;
-  json["reference"] =
-      report.inputs.referenceTitle.empty() ? Json() : Json(report.inputs.referenceTitle);
-  json["database"] = report.database;
-  json["residues"] = report.inputs.residueCount;
+  Json json = aboutJson(report);
   json["prolines"] = Json::array();
   for (const ProlineReport& proline : report.prolines) {
     json["prolines"].push_back(prolineJson(report, proline));
   }
   json.update(checkJson(report));
-  json["corrections"] = report.inputs.corrections;
-  json["warnings"] = report.warnings;
   return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-}
-
-std::string chimeraxText(const Report& report) {
-  std::string text = "# Prolines by the form that their chemical shifts say\n";
-  for (const Group& group : groups) {
-    const std::string members = membersOf(report, group, ",", "-");
-    if (!members.empty()) {
-      const std::string residues = ":" + members + " & :PRO";
-      text += std::string("name ") + group.name + " " + residues + "\n";
-      text += std::string("color ") + group.name + " " + group.hex + " target abcs\n";
-      text += std::string("show ") + group.name + " atoms\n";
-    }
-  }
-  return text;
-}
-
-std::string pymolText(const Report& report) {
-  std::string text = "# Prolines by the form that their chemical shifts say\n";
-  for (const Group& group : groups) {
-    const std::string members = membersOf(report, group, "+", "\\-");
-    if (!members.empty()) {
-      const std::string colour = std::string(group.name) + "_colour";
-      text += "set_color " + colour + ", " + group.parts + "\n";
-      text += std::string("select ") + group.name + ", resn PRO and resi " + members + "\n";
-      text += "color " + colour + ", " + group.name + "\n";
-      text += std::string("show sticks, ") + group.name + "\n";
-    }
-  }
-  return text + "deselect\n";
 }

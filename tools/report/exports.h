@@ -13,10 +13,3 @@ std::string tsvText(const Report& report);
 
 /// Everything: prolines with their contributions, offsets, outliers, warnings.
 std::string jsonText(const Report& report);
-
-/// ChimeraX commands that colour the prolines by call. Residue numbers are the author's where a map
-/// was given.
-std::string chimeraxText(const Report& report);
-
-/// The same as PyMOL commands.
-std::string pymolText(const Report& report);

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
-#include <unistd.h>
 
 #include "table/number.h"
 #include "tools/common/tool.h"
@@ -96,7 +94,7 @@ void readSequence(const GDB& table, Inputs& inputs) {
 }
 
 void readShifts(const TableFile& file, Inputs& inputs) {
-  for (const char* column : {"RESID", "RESNAME", "ATOMNAME", "SHIFT", "CS_OBS"}) {
+  for (const char* column : {"RESID", "RESNAME", "ATOMNAME", "SHIFT", "CS_OBS", "CS_ADJ"}) {
     file.requireColumn(column);
   }
   const GDB& table = file.table();
@@ -113,14 +111,11 @@ void readShifts(const TableFile& file, Inputs& inputs) {
     shift.shiftText = table.cell(row, "SHIFT");
     shift.rounding = roundingOf(shift.shiftText);
     shift.observed = file.number(row, "CS_OBS");
+    shift.adjustment = file.number(row, "CS_ADJ");
+    inputs.shiftIndex.emplace(std::make_pair(shift.residue, shift.atom), inputs.shifts.size());
     inputs.shifts.push_back(shift);
   }
-  for (const std::string& remark : table.remarks()) {
-    if (remark.find("referencing offset applied") != std::string::npos ||
-        remark.find("Isotope Shifts Correction Applied") != std::string::npos) {
-      inputs.corrections.push_back(GDB::simplifyWhiteSpace(remark));
-    }
-  }
+  inputs.about = aboutFrom(table.remarks());
   noteSkippedLines(file, inputs);
 }
 
@@ -160,12 +155,6 @@ void addResidue(CITRANS& run, int residue, const ShiftIndex& shifts) {
   }
 }
 
-void requireTable(const std::string& path) {
-  if (access(path.c_str(), R_OK) != 0) {
-    throw ToolError(ToolStatus::inputMissing, path + ": cannot read (see --tab)");
-  }
-}
-
 } // namespace
 
 std::string Inputs::number(int residue) const {
@@ -178,6 +167,11 @@ std::string Inputs::residueLabel(int residue) const {
   return residueType(name == sequence.end() ? "" : name->second) + number(residue);
 }
 
+const ShiftRow* Inputs::shiftOf(int residue, const std::string& atom) const {
+  const auto found = shiftIndex.find({residue, atom});
+  return found == shiftIndex.end() ? nullptr : &shifts[found->second];
+}
+
 const SummaryRow* Inputs::summaryRow(int residue) const {
   for (const SummaryRow& row : summary) {
     if (row.residue == residue) {
@@ -187,50 +181,20 @@ const SummaryRow* Inputs::summaryRow(int residue) const {
   return nullptr;
 }
 
-std::string shiftTableName(const std::string& summary) {
-  return summary.substr(0, summary.rfind('.')) + "AdjCS.tab";
-}
-
-Inputs readInputs(const InputPaths& paths) {
-  const std::string shiftPath = paths.shifts.empty() ? shiftTableName(paths.summary) : paths.shifts;
+Inputs readInputs(const Sources& sources) {
   Inputs inputs;
-  const TableFile summary(paths.summary);
+  const TableFile summary(sources.summary);
   readSummary(summary, inputs);
-  const TableFile shifts(shiftPath);
+  const TableFile shifts(sources.shifts);
   readShifts(shifts, inputs);
   checkTogether(inputs, summary.name(), shifts.name());
-  if (!paths.map.empty()) {
-    inputs.authors = readAuthorMap(paths.map);
+  if (!sources.map.name.empty()) {
+    inputs.authors = readAuthorMap(sources.map);
   }
   return inputs;
 }
 
-std::string databaseFolder(const std::string& database) {
-  if (!database.empty()) {
-    return database;
-  }
-  std::string usual = CITRANS().tabDir;
-  if (std::getenv("CITRANS_DIR") != nullptr || std::filesystem::exists(usual)) {
-    return usual;
-  }
-  std::error_code error;
-  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
-  const std::filesystem::path installed = self.parent_path().parent_path() / "share/citrans/tab";
-  return std::filesystem::exists(installed, error) ? installed.string() : usual;
-}
-
-void fillRun(CITRANS& run, const Inputs& inputs, const std::string& folder) {
-  const std::string prefix = folder + "/";
-  run.limitsName = prefix + "sslimit.tab";
-  run.proCSName = prefix + "Pro.cs.tab";
-  run.proSeqName = prefix + "Pro.seq.tab";
-  for (const std::string& table : {run.limitsName, run.proCSName, run.proSeqName}) {
-    requireTable(table);
-  }
-  run.limitsTable.loadGDB(run.limitsName);
-  run.getProCSValue(run.proCSName);
-  run.getProSeqOccurence(run.proSeqName);
-
+void fillRun(CITRANS& run, const Inputs& inputs) {
   run.sequence = inputs.sequence;
   run.residueCount = inputs.residueCount;
   run.shiftTable.VARS_str_parser("RESID RESNAME ATOMNAME SHIFT");

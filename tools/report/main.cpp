@@ -1,13 +1,17 @@
+#include <algorithm>
 #include <cstdio>
-#include <filesystem>
+#include <iterator>
+#include <set>
 
 #include "tools/common/command_options.h"
 #include "tools/common/file_identity.h"
 #include "tools/common/output.h"
 #include "tools/common/tool.h"
 #include "tools/report/exports.h"
+#include "tools/report/files.h"
 #include "tools/report/page.h"
 #include "tools/report/pictures_export.h"
+#include "tools/report/viewer.h"
 
 namespace {
 
@@ -16,7 +20,9 @@ constexpr char program[] = "citrans-report";
 struct Options {
   InputPaths paths;
   bool noclip = false;
-  std::string html, svg, tsv, json, chimerax, pymol;
+  std::string html, svg, tsv, json, chimerax, pymol, bFactor;
+  std::string structure, structureMap;
+  ViewerSettings viewer;
 };
 
 void declareOptions(CLI::App& app, Options& options) {
@@ -37,6 +43,13 @@ void declareOptions(CLI::App& app, Options& options) {
   app.add_option("--json", options.json, "everything as JSON");
   app.add_option("--chimerax", options.chimerax, "ChimeraX commands that colour the prolines");
   app.add_option("--pymol", options.pymol, "PyMOL commands that colour the prolines");
+  app.add_option("--bfactor", options.bFactor,
+                 "the PDB file of --structure with 100 P_CIS_NORM as B factors");
+  app.add_option("--structure", options.structure, "PDB file for --bfactor");
+  app.add_option("--structure-map", options.structureMap,
+                 "residue numbers of the structure, as a map (default: those of --map)");
+  app.add_option("--chain", options.viewer.chain, "chain of the structure (default: any)");
+  app.add_option("--model", options.viewer.model, "model, as the viewer names it (default: any)");
 }
 
 void refuse(const std::string& what) {
@@ -45,38 +58,81 @@ void refuse(const std::string& what) {
 
 /// A standard stream can carry one thing only.
 void checkStreams(Options& options) {
-  if (options.html.empty() && options.svg.empty() && options.tsv.empty() && options.json.empty() &&
-      options.chimerax.empty() && options.pymol.empty()) {
+  const std::string* const outputs[] = {&options.html,   &options.svg,      &options.tsv,
+                                        &options.json,   &options.chimerax, &options.pymol,
+                                        &options.bFactor};
+  const std::string* const inputs[] = {&options.paths.summary, &options.paths.shifts,
+                                       &options.paths.map, &options.structure,
+                                       &options.structureMap};
+  const auto isStream = [](const std::string* name) { return *name == "-"; };
+  if (std::all_of(std::begin(outputs), std::end(outputs),
+                  [](const std::string* name) { return name->empty(); })) {
     options.html = "-";
   }
-  int outputs = 0;
-  for (const std::string* name : {&options.html, &options.svg, &options.tsv, &options.json,
-                                  &options.chimerax, &options.pymol}) {
-    outputs += *name == "-" ? 1 : 0;
-  }
-  int inputs = 0;
-  for (const std::string* name :
-       {&options.paths.summary, &options.paths.shifts, &options.paths.map}) {
-    inputs += *name == "-" ? 1 : 0;
-  }
-  if (outputs > 1) {
+  if (std::count_if(std::begin(outputs), std::end(outputs), isStream) > 1) {
     refuse("only one output can go to standard output");
   }
-  if (inputs > 1) {
+  if (std::count_if(std::begin(inputs), std::end(inputs), isStream) > 1) {
     refuse("only one file can come from standard input");
   }
   if (options.paths.summary == "-" && options.paths.shifts.empty()) {
     refuse("--shifts is needed when the summary comes from standard input");
   }
+  if (options.bFactor.empty() != options.structure.empty()) {
+    refuse("--bfactor and --structure go together");
+  }
+  checkViewerSettings(options.viewer);
+}
+
+void warn(const std::vector<std::string>& warnings, std::set<std::string>& said) {
+  for (const std::string& warning : warnings) {
+    if (said.insert(warning).second) {
+      std::fprintf(stderr, "%s: warning: %s\n", program, warning.c_str());
+    }
+  }
+}
+
+/// All that was asked for, made before the first file is written.
+std::vector<Output> makeOutputs(const Report& report, const Options& options,
+                                std::set<std::string>& said) {
+  std::vector<Output> outputs;
+  const auto add = [&](const std::string& name, std::string (*text)(const Report&)) {
+    if (!name.empty()) {
+      outputs.push_back({name, text(report)});
+    }
+  };
+  const auto addViewer = [&](const std::string& name, const ViewerText& viewer) {
+    warn(viewer.warnings, said);
+    outputs.push_back({name, viewer.text});
+  };
+  add(options.html, htmlPage);
+  add(options.tsv, tsvText);
+  add(options.json, jsonText);
+  if (!options.chimerax.empty()) {
+    addViewer(options.chimerax, chimeraxText(report, options.viewer));
+  }
+  if (!options.pymol.empty()) {
+    addViewer(options.pymol, pymolText(report, options.viewer));
+  }
+  if (!options.bFactor.empty()) {
+    addViewer(options.bFactor, bFactorText(report, options.viewer, readText(options.structure)));
+  }
+  if (!options.svg.empty()) {
+    for (Output& picture : pictureFiles(report, options.svg)) {
+      outputs.push_back(std::move(picture));
+    }
+  }
+  return outputs;
 }
 
 /// Refuses outputs that are inputs or each other, while nothing is written.
-void checkFiles(const InputPaths& paths, const std::vector<Output>& outputs) {
+void checkFiles(const Options& options, const std::vector<Output>& outputs) {
+  const InputPaths& paths = options.paths;
   std::vector<std::string> inputs = {
-      paths.summary, paths.shifts.empty() ? shiftTableName(paths.summary) : paths.shifts,
-      paths.map};
+      paths.summary, paths.shifts.empty() ? shiftTableName(paths.summary) : paths.shifts, paths.map,
+      options.structure, options.structureMap};
   const std::string folder = databaseFolder(paths.database);
-  for (const char* table : {"/sslimit.tab", "/Pro.cs.tab", "/Pro.seq.tab"}) {
+  for (const char* table : {"/sslimit.tab", "/Pro.cs.tab", "/Pro.seq.tab", "/calls.tab"}) {
     inputs.push_back(folder + table);
   }
   std::vector<std::string> names;
@@ -84,37 +140,6 @@ void checkFiles(const InputPaths& paths, const std::vector<Output>& outputs) {
     names.push_back(output.path);
   }
   requireDistinctFiles(inputs, names);
-}
-
-void makeFolder(const std::string& path) {
-  std::error_code error;
-  std::filesystem::create_directories(path, error);
-  if (error) {
-    throw ToolError(ToolStatus::cannotWrite, path + ": cannot make the folder");
-  }
-}
-
-void writeAll(const Report& report, const Options& options) {
-  std::vector<Output> outputs;
-  const auto write = [&](const std::string& name, std::string (*text)(const Report&)) {
-    if (!name.empty()) {
-      outputs.push_back({name, text(report)});
-    }
-  };
-  write(options.html, htmlPage);
-  write(options.tsv, tsvText);
-  write(options.json, jsonText);
-  write(options.chimerax, chimeraxText);
-  write(options.pymol, pymolText);
-  if (!options.svg.empty()) {
-    const std::vector<Output> pictures = pictureFiles(report, options.svg);
-    outputs.insert(outputs.end(), pictures.begin(), pictures.end());
-  }
-  checkFiles(options.paths, outputs);
-  if (!options.svg.empty() && !isPictureFile(options.svg)) {
-    makeFolder(options.svg);
-  }
-  writeWholeFiles(outputs);
 }
 
 int runReport(int argc, char** argv) {
@@ -126,11 +151,20 @@ int runReport(int argc, char** argv) {
     return static_cast<int>(ToolStatus::done);
   }
   checkStreams(options);
-  const Report report = makeReport(options.paths, !options.noclip);
-  for (const std::string& warning : report.warnings) {
-    std::fprintf(stderr, "%s: warning: %s\n", program, warning.c_str());
+  Sources sources = readSources(options.paths);
+  sources.clip = !options.noclip;
+  const Report report = makeReport(sources, readDatabase(databaseFolder(options.paths.database)));
+  std::set<std::string> said;
+  warn(report.warnings, said);
+  if (!options.structureMap.empty()) {
+    options.viewer.numbers = readAuthorMap(readText(options.structureMap));
   }
-  writeAll(report, options);
+  const std::vector<Output> outputs = makeOutputs(report, options, said);
+  checkFiles(options, outputs);
+  if (!options.svg.empty() && !isPictureFile(options.svg)) {
+    makeFolder(options.svg);
+  }
+  writeWholeFiles(outputs);
   return static_cast<int>(ToolStatus::done);
 }
 

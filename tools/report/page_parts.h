@@ -1,18 +1,13 @@
 #pragma once
 
-#include <string>
-
+#include "tools/report/fill.h"
 #include "tools/report/report.h"
 
-/// Pieces of the page, as HTML; every text from files is escaped in them.
+/// What page.html is filled with, part by part. Texts are plain; pictures and calls are markup.
 
-/// The warnings that concern the whole report, and calls that referencing would change.
-std::string warningParts(const Report& report);
-/// The table of all prolines.
-std::string summaryPart(const Report& report);
-/// One proline: call, words, numbers, pictures.
-std::string prolinePart(const Report& report, const ProlineReport& proline);
-/// The estimated referencing offsets.
-std::string referencingPart(const Report& report);
-/// The secondary shifts outside the limits.
-std::string outlierPart(const Report& report);
+/// Names, counts, concerns and remarks: what stands at the top and at the end.
+void fillOpening(const Report& report, PageData& page);
+/// The table of all prolines and the card of each.
+void fillProlines(const Report& report, PageData& page);
+/// The estimated referencing offsets and the outliers.
+void fillQuality(const Report& report, PageData& page);

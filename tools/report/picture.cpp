@@ -43,6 +43,16 @@ std::string barPath(double from, double to, double y, double height, bool cut) {
          " L" + at(shoulder, y + height) + " L" + at(from, y + height) + " Z";
 }
 
+double textWidth(const std::string& text, bool bold) {
+  constexpr double regularWidth = 7.3;
+  constexpr double boldWidth = 8.1;
+  std::size_t count = 0;
+  for (const char c : text) {
+    count += (static_cast<unsigned char>(c) & 0xC0U) != 0x80 ? 1 : 0; // a character's first byte
+  }
+  return static_cast<double>(count) * (bold ? boldWidth : regularWidth);
+}
+
 Picture::Picture(std::string id, double width, double height)
     : id_(std::move(id)), width_(width), height_(height) {}
 
@@ -69,6 +79,11 @@ void Picture::text(double x, double y, const char* anchor, const std::string& st
            (style.empty() ? "" : attribute("class", style)) + ">" + escaped(content) + "</text>\n";
 }
 
+void Picture::beginLink(const std::string& anchor, const std::string& label) {
+  linked_ = true;
+  body_ += "<a" + attribute("href", "#" + anchor) + attribute("aria-label", escaped(label)) + ">\n";
+}
+
 std::string Picture::element(bool standalone) const {
   const double margin = standalone ? fileMargin : 0;
   const double width = width_ + 2 * margin;
@@ -81,12 +96,12 @@ std::string Picture::element(bool standalone) const {
   svg += attribute("class", std::string("picture")) + attribute("width", width) +
          attribute("height", height) +
          attribute("viewBox", corner + " " + coordinate(width) + " " + coordinate(height)) +
-         attribute("role", std::string("img")) +
+         attribute("role", std::string(linked_ ? "group" : "img")) +
          attribute("aria-labelledby", id_ + "-t " + id_ + "-d") + ">\n";
   svg += "<title id=\"" + id_ + "-t\">" + escaped(title_) + "</title>\n";
   svg += "<desc id=\"" + id_ + "-d\">" + escaped(description_) + "</desc>\n";
   if (standalone) {
-    svg += "<style>\n" + pictureStyle() + "</style>\n";
+    svg += "<style>\n" + pictureFileStyle() + "</style>\n";
     svg += "<rect" + attribute("x", -margin) + attribute("y", -margin) + attribute("width", width) +
            attribute("height", height) + attribute("class", std::string("paper")) + "/>\n";
   }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// A vector picture in the making: shapes in pixels, coloured by class (see style.h).
+/// A vector picture in the making: shapes in pixels, coloured by class (see page/picture.css).
 ///
 /// Every text that is handed in is escaped here.
 class Picture {
@@ -19,6 +19,9 @@ class Picture {
   void line(double x1, double y1, double x2, double y2, const std::string& style);
   /// `path` holds SVG path commands of the caller's own making.
   void path(const std::string& commands, const std::string& style, const std::string& hint = "");
+  /// From here to `endLink` the shapes lead to an element of the page; for pictures inside a page.
+  void beginLink(const std::string& anchor, const std::string& label);
+  void endLink() { body_ += "</a>\n"; }
   /// \param anchor  "start", "middle" or "end"
   void text(double x, double y, const char* anchor, const std::string& style,
             const std::string& content);
@@ -33,7 +36,11 @@ class Picture {
 
   std::string id_, title_, description_, body_;
   double width_, height_;
+  bool linked_ = false;
 };
+
+/// About how wide a text is at 12 px, in px: rather too wide than too narrow.
+double textWidth(const std::string& text, bool bold);
 
 /// A coordinate as the pictures write it: at most two decimals.
 std::string coordinate(double value);

@@ -6,15 +6,15 @@
 
 namespace {
 
-constexpr double width = 330;
-constexpr double labelEnd = 62;
-constexpr double centre = 172;
-constexpr double half = 98;
-constexpr double valueEnd = 330;
-constexpr double rowHeight = 18;
-constexpr double barHeight = 11;
-constexpr double groupHeight = 24;
-constexpr double headHeight = 46;
+constexpr double width = 290;
+constexpr double labelEnd = 40;
+constexpr double centre = 144;
+constexpr double half = 88;
+constexpr double valueEnd = 290;
+constexpr double rowHeight = 15;
+constexpr double barHeight = 9;
+constexpr double groupHeight = 21;
+constexpr double headHeight = 40;
 constexpr double largestScale = 10;
 
 const char* side(double logRatio) {
@@ -54,8 +54,8 @@ std::string hintFor(const Term& term, const Inputs& inputs) {
 }
 
 void drawTerm(Picture& picture, double y, const Term& term, const Inputs& inputs, double scale) {
-  const double baseline = y + rowHeight - 5;
-  picture.text(labelEnd, baseline, "end", term.present ? "" : "muted", term.atom);
+  const double baseline = y + rowHeight - 4;
+  picture.text(labelEnd, baseline, "end", term.present ? "" : "muted", atomLabel(term.atom));
   if (!term.present) {
     picture.path(barPath(centre - 3, centre + 3, y + rowHeight / 2 - 3, 6, false), "hollow");
     picture.text(centre + 9, baseline, "start", "muted", "no shift");
@@ -106,10 +106,20 @@ void drawSum(Picture& picture, double y, const ProlineReport& proline, double sc
   drawBar(picture, y + 3, sum, scale, "sum of all contributions");
   picture.text(valueEnd, y + rowHeight - 2, "end", "strong", signedDecimal(sum, 2));
   picture.text(valueEnd, y + rowHeight + 16, "end", "",
-               "P_CIS " + proline.row.pCisText + " · P_CIS_NORM " + proline.row.pCisNormText);
+               "P_CIS " + printedText(proline.row.pCis, proline.row.pCisText) + " · P_CIS_NORM " +
+                   printedText(proline.row.pCisNorm, proline.row.pCisNormText));
 }
 
 } // namespace
+
+std::string pictureLabel(const Inputs& inputs, int residue) {
+  constexpr std::size_t longest = 16;
+  return shortened(inputs.residueLabel(residue), longest);
+}
+
+const char* callStyle(Verdict::Call call) {
+  return call == Verdict::Call::none ? "muted" : callName(call);
+}
 
 double contributionScale(const Report& report) {
   double largest = 1;
@@ -144,16 +154,16 @@ Picture evidencePicture(const Report& report, const ProlineReport& proline) {
     if (term.place != place) {
       place = term.place;
       picture.rectangle(0, y + 4, width, groupHeight - 6, "shade");
-      picture.text(4, y + groupHeight - 7, "start", "strong",
-                   report.inputs.residueLabel(term.residue));
-      picture.text(valueEnd - 4, y + groupHeight - 7, "end", "muted", placeWords(place));
+      picture.text(4, y + groupHeight - 6, "start", "strong",
+                   pictureLabel(report.inputs, term.residue));
+      picture.text(valueEnd - 4, y + groupHeight - 6, "end", "muted", placeWords(place));
       y += groupHeight;
     }
     drawTerm(picture, y, term, report.inputs, scale);
     y += rowHeight;
   }
   drawSum(picture, sumTop, proline, scale);
-  picture.setHeight(sumTop + rowHeight + 22);
+  picture.setHeight(sumTop + rowHeight + 21);
   return picture;
 }
 

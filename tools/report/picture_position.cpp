@@ -6,12 +6,12 @@
 
 namespace {
 
-constexpr double width = 330;
-constexpr double height = 188;
-constexpr double left = 10;
-constexpr double right = 320;
-constexpr double top = 62;
-constexpr double bottom = 148;
+constexpr double width = 290;
+constexpr double height = 108;
+constexpr double left = 4;
+constexpr double right = 286;
+constexpr double top = 48;
+constexpr double bottom = 90;
 constexpr double deviationsShown = 3.2;
 constexpr double curveDeviations = 3.6;
 constexpr int curvePoints = 72;
@@ -67,7 +67,7 @@ double tickStep(double range) {
   return power * 10;
 }
 
-void drawAxis(Picture& picture, const Scale& scale, const std::string& caption) {
+void drawAxis(Picture& picture, const Scale& scale) {
   picture.line(left, bottom, right, bottom, "zero");
   const double step = tickStep(scale.high - scale.low);
   const int last = static_cast<int>(std::floor(scale.high / step));
@@ -76,10 +76,9 @@ void drawAxis(Picture& picture, const Scale& scale, const std::string& caption) 
     const double x = scale.x(tick);
     picture.line(x, bottom, x, bottom + 4, "zero");
     if (x > left + 10 && x < right - 10) {
-      picture.text(x, bottom + 17, "middle", "muted small", decimal(tick, step < 1 ? 1 : 0));
+      picture.text(x, bottom + 16, "middle", "muted small", decimal(tick, step < 1 ? 1 : 0));
     }
   }
-  picture.text((left + right) / 2, bottom + 33, "middle", "muted", caption);
 }
 
 /// A place for a name near `x` that the mark of the observed shift does not cross.
@@ -111,17 +110,20 @@ void drawPeakNames(Picture& picture, const Scale& scale, const Term& term) {
 
 void drawObserved(Picture& picture, const Scale& scale, const Term& term) {
   const double x = scale.x(term.used);
-  picture.line(x, top - 22, x, bottom, "mark");
+  picture.line(x, top - 20, x, bottom, "mark");
   const auto at = [x](double dx, double y) { return coordinate(x + dx) + " " + coordinate(y); };
-  picture.path("M" + at(-5, top - 22) + " L" + at(5, top - 22) + " L" + at(0, top - 14) + " Z",
+  picture.path("M" + at(-5, top - 20) + " L" + at(5, top - 20) + " L" + at(0, top - 13) + " Z",
                "ink");
-  std::string label = "observed " + decimal(term.shift, 2);
+}
+
+/// "CB less random coil: 2.32 ppm", "CG: 24.60 ppm": name and value in one line.
+std::string heading(const Term& term) {
+  const std::string value = decimal(term.shift, 2) + " ppm";
   if (term.clipped) {
-    label += ", clipped to " + decimal(term.used, 2);
+    return term.atom + ": " + value + ", clipped to " + decimal(term.used, 2);
   }
-  const double room = 3.4 * static_cast<double>(label.size());
-  picture.text(std::min(std::max(x, left + room), right - room), top - 27, "middle", "strong",
-               label);
+  return term.atom + (term.kind == Term::Kind::cg ? ": " : " less random coil: ") +
+         (term.present ? value : "no shift");
 }
 
 } // namespace
@@ -135,10 +137,7 @@ Picture positionPicture(const Report& report, const Term& term) {
       (term.present ? "Observed " + decimal(term.shift, 2) + " ppm" : std::string("Not observed")) +
       "; cis " + decimal(term.cis, 2) + " ± " + decimal(term.cisDeviation, 2) + ", trans " +
       decimal(term.trans, 2) + " ± " + decimal(term.transDeviation, 2) + " ppm.");
-  picture.text(left, 14, "start", "strong", term.atom + (isCg ? " shift" : " secondary shift"));
-  if (!term.present) {
-    picture.text(right, 14, "end", "muted", "no shift in the table");
-  }
+  picture.text(left, 14, "start", term.present ? "strong" : "muted", heading(term));
   if (!comparable(term)) {
     picture.text(left, top, "start", "muted", "no statistics in the database");
     return picture;
@@ -149,7 +148,7 @@ Picture positionPicture(const Report& report, const Term& term) {
   picture.path(curve(scale, term.trans, term.transDeviation, false), "trans-line");
   picture.path(curve(scale, term.cis, term.cisDeviation, false), "cis-line");
   drawPeakNames(picture, scale, term);
-  drawAxis(picture, scale, isCg ? "ppm" : "ppm, observed less random coil");
+  drawAxis(picture, scale);
   if (term.present) {
     drawObserved(picture, scale, term);
   }

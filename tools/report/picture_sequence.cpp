@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <set>
 
 #include "tools/report/pictures.h"
 #include "tools/report/text.h"
@@ -34,10 +35,16 @@ double picturesBottom() {
   return headHeight + trackCount * (trackHeight + trackGap);
 }
 
-bool isOutlier(const Report& report, int residue, const std::string& atom) {
-  return std::any_of(
-      report.check.outliers.begin(), report.check.outliers.end(),
-      [&](const Outlier& outlier) { return outlier.residue == residue && outlier.atom == atom; });
+using OutlierSet = std::set<std::pair<int, std::string>>;
+
+OutlierSet outliersOf(const Report& report, int first, int last) {
+  OutlierSet outliers;
+  for (const Outlier& outlier : report.check.outliers) {
+    if (outlier.residue >= first && outlier.residue <= last) {
+      outliers.emplace(outlier.residue, outlier.atom);
+    }
+  }
+  return outliers;
 }
 
 void drawLetters(Picture& picture, const Report& report, int first, int last) {
@@ -58,7 +65,7 @@ void drawLetters(Picture& picture, const Report& report, int first, int last) {
     if ((residue - first) % 10 == 0) {
       const bool room = last - residue >= 3;
       picture.text(room ? middle - 3 : middle + 4, 12, room ? "start" : "end", "muted small",
-                   report.inputs.number(residue));
+                   shortened(report.inputs.number(residue), 8));
     }
   }
 }
@@ -68,14 +75,15 @@ void drawTracks(Picture& picture, int first, int last) {
   for (std::size_t track = 0; track < std::size(tracks); ++track) {
     const double middle = trackMiddle(track);
     picture.line(left, middle, right, middle, "zero");
-    picture.text(left - 8, middle, "end", "strong", tracks[track].atom);
+    picture.text(left - 8, middle, "end", "strong", atomLabel(tracks[track].atom));
     picture.text(left - 8, middle + 14, "end", "muted small",
                  "±" + decimal(tracks[track].scale, tracks[track].scale == 1.5 ? 1 : 0));
   }
 }
 
 /// The marks of one shift: a bar up or down, or a small gap mark.
-void drawShift(Picture& picture, const Report& report, const ShiftRow& row, int first) {
+void drawShift(Picture& picture, const Report& report, const OutlierSet& outliers,
+               const ShiftRow& row, int first) {
   const std::string atom = row.atom == "H" ? "HN" : row.atom;
   for (std::size_t track = 0; track < std::size(tracks); ++track) {
     if (atom != tracks[track].atom) {
@@ -86,10 +94,10 @@ void drawShift(Picture& picture, const Report& report, const ShiftRow& row, int 
     const double length = std::min(std::fabs(shift), scale) / scale * trackHeight / 2;
     const double middle = trackMiddle(track);
     const double x = columnX(row.residue, first) + (step - barWidth) / 2;
-    const bool outlier = isOutlier(report, row.residue, atom);
+    const bool outlier = outliers.count({row.residue, atom}) > 0;
     picture.rectangle(x, shift > 0 ? middle - length : middle, barWidth, length,
                       outlier ? "warn" : "bar",
-                      atom + " of " + report.inputs.residueLabel(row.residue) + ": " +
+                      atomLabel(atom) + " of " + report.inputs.residueLabel(row.residue) + ": " +
                           signedDecimal(shift, 2) + " ppm");
     if (outlier) {
       picture.text(x + barWidth / 2, shift > 0 ? middle + 12 : middle - 4, "middle", "warn small",
@@ -107,11 +115,8 @@ void drawGaps(Picture& picture, const Report& report, int first, int last) {
       const bool expected = name != report.inputs.sequence.end() &&
                             !(name->second == "P" && (atom == "N" || atom == "HN")) &&
                             !(name->second == "G" && atom == "CB");
-      const bool found = std::any_of(
-          report.inputs.shifts.begin(), report.inputs.shifts.end(), [&](const ShiftRow& row) {
-            return row.residue == residue &&
-                   (row.atom == atom || (atom == "HN" && row.atom == "H"));
-          });
+      const bool found = report.inputs.shiftOf(residue, atom) != nullptr ||
+                         (atom == "HN" && report.inputs.shiftOf(residue, "H") != nullptr);
       if (expected && !found) {
         picture.path(barPath(columnX(residue, first) + 2, columnX(residue, first) + 5,
                              trackMiddle(track) - 1.5, 3, false),
@@ -134,10 +139,11 @@ Picture sequencePicture(const Report& report, int first, int last) {
   drawLetters(picture, report, first, last);
   drawTracks(picture, first, last);
   drawGaps(picture, report, first, last);
-  for (const ShiftRow& row : report.inputs.shifts) {
-    if (row.residue >= first && row.residue <= last) {
-      drawShift(picture, report, row, first);
-    }
+  const OutlierSet outliers = outliersOf(report, first, last);
+  const auto begin = report.inputs.shiftIndex.lower_bound({first, ""});
+  const auto end = report.inputs.shiftIndex.lower_bound({last + 1, ""});
+  for (auto at = begin; at != end; ++at) {
+    drawShift(picture, report, outliers, report.inputs.shifts[at->second], first);
   }
   return picture;
 }

@@ -6,8 +6,11 @@
 /// The pictures of a report. Bars and curves of cis lie to the right or are drawn through; those of
 /// trans lie to the left or are dashed.
 
-/// All prolines at one sight: a row each, a cell for each shift and neighbour, and the sum.
-Picture overviewPicture(const Report& report);
+/// All prolines at one sight: a row each with the call, the sum, and a cell for each shift and
+/// neighbour.
+///
+/// \param linked  whether a row leads to the proline's card, as on the page
+Picture overviewPicture(const Report& report, bool linked);
 
 /// One proline: a bar for each contribution, on a scale common to the report, with what is missing
 /// and what was bounded.
@@ -16,6 +19,9 @@ Picture evidencePicture(const Report& report, const ProlineReport& proline);
 /// Where the proline's CB or CG lies in the Gaussians of cis and trans. The term is that of the
 /// shift, present or not.
 Picture positionPicture(const Report& report, const Term& term);
+
+/// CB - CG of a proline and the bands of cis, trans and what lies between. It needs both carbons.
+Picture carbonsPicture(const Report& report, const ProlineReport& proline);
 
 /// The sum of one proline as a small bar for a table cell.
 Picture sumPicture(const Report& report, const ProlineReport& proline);
@@ -26,3 +32,9 @@ Picture sequencePicture(const Report& report, int first, int last);
 
 /// Largest contribution that the bars show in full: that of the report, rounded up, at most 10.
 double contributionScale(const Report& report);
+
+/// The residue's name and number as pictures show it: a long number is cut.
+std::string pictureLabel(const Inputs& inputs, int residue);
+
+/// The style of words and marks for a call: "cis", "trans", "undecided" or, without one, "muted".
+const char* callStyle(Verdict::Call call);

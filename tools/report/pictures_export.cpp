@@ -18,6 +18,9 @@ void addProline(const Report& report, const ProlineReport& proline, const std::s
           {start + "-" + term.atom + ".svg", positionPicture(report, term).standalone()});
     }
   }
+  if (proline.carbons.difference()) {
+    files.push_back({start + "-CB-CG.svg", carbonsPicture(report, proline).standalone()});
+  }
 }
 
 } // namespace
@@ -31,9 +34,10 @@ bool isPictureFile(const std::string& target) {
 
 std::vector<Output> pictureFiles(const Report& report, const std::string& target) {
   if (isPictureFile(target)) {
-    return {{target, overviewPicture(report).standalone()}};
+    return {{target, overviewPicture(report, false).standalone()}};
   }
-  std::vector<Output> files = {{target + "/overview.svg", overviewPicture(report).standalone()}};
+  std::vector<Output> files;
+  files.push_back({target + "/overview.svg", overviewPicture(report, false).standalone()});
   for (const ProlineReport& proline : report.prolines) {
     if (proline.predicted) {
       addProline(report, proline, target, files);

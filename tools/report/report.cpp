@@ -2,12 +2,13 @@
 
 #include <cmath>
 #include <map>
+#include <set>
 
 #include "tools/report/text.h"
 
 namespace {
 
-void addProlines(CITRANS& run, Report& report) {
+void addProlines(CITRANS& run, const calls::Rules& rules, Report& report) {
   for (const auto& [residue, name] : report.inputs.sequence) {
     if (name != "P") {
       continue;
@@ -21,42 +22,61 @@ void addProlines(CITRANS& run, Report& report) {
       proline.predicted = true;
       proline.row = *row;
       proline.evidence = gatherEvidence(run, report.inputs, residue);
-      proline.verdict = judge(proline.evidence, *row, report.inputs);
+      proline.verdict = judge(proline.evidence, *row, report.inputs, rules);
+      proline.carbons = carbonsOf(report.inputs, *row);
+      proline.disagrees = disagrees(proline.verdict.call, *row);
     }
     report.prolines.push_back(proline);
   }
 }
 
-void findChangedCalls(CITRANS& run, Report& report) {
-  subtractOffsets(run);
-  for (const ProlineReport& proline : report.prolines) {
-    if (!proline.predicted) {
-      continue;
-    }
-    // Both from the sums, so that rounding of the printed value changes nothing.
-    const double before = proline.evidence.pCisNorm;
-    const double after = gatherEvidence(run, report.inputs, proline.residue).pCisNorm;
-    if (proline.verdict.call != Verdict::Call::none && callFrom(after) != callFrom(before)) {
-      report.changedCalls.push_back({proline.residue, before, after});
+void correctCalls(CITRANS& run, const calls::Rules& rules, Report& report) {
+  if (report.check.offsets.empty()) {
+    return;
+  }
+  takeOffOnce(run, report.check);
+  for (ProlineReport& proline : report.prolines) {
+    if (proline.predicted && proline.verdict.call != Verdict::Call::none) {
+      const Evidence evidence = gatherEvidence(run, report.inputs, proline.residue);
+      proline.corrected = {callFrom(evidence, rules), evidence.pCisNorm};
     }
   }
 }
 
-void warnOfProline(const ProlineReport& proline, Report& report) {
+/// Sums that are not those of the run, and amide protons called H: one warning each, whatever the
+/// number of prolines.
+void warnOfProlines(Report& report) {
   const Inputs& inputs = report.inputs;
-  const std::string label = inputs.residueLabel(proline.residue);
-  if (!proline.evidence.agreesWith(proline.row.pCis)) {
-    report.warnings.push_back(label + ": the contributions add up to P_CIS " +
-                              decimal(proline.evidence.pCis, 3) + ", but the summary says " +
-                              proline.row.pCisText +
-                              ". Were other tables used, or -noclip (give --noclip)?");
-  }
-  for (const Term& term : proline.evidence.terms) {
-    if (term.readAsZero) {
-      report.warnings.push_back(label + ": " + termLabel(term, inputs) +
-                                " is called H in the shift table; citrans then reads a secondary "
-                                "shift of 0. Rename it to HN and run again.");
+  std::vector<std::string> sums;
+  std::set<int> amides;
+  for (const ProlineReport& proline : report.prolines) {
+    if (!proline.predicted) {
+      continue;
     }
+    if (!proline.evidence.agreesWith(proline.row.pCis)) {
+      sums.push_back(inputs.residueLabel(proline.residue) + " " +
+                     decimal(proline.evidence.pCis, 3) + " against " + proline.row.pCisText);
+    }
+    for (const Term& term : proline.evidence.terms) {
+      if (term.readAsZero) {
+        amides.insert(term.residue);
+      }
+    }
+  }
+  if (!sums.empty()) {
+    report.warnings.push_back(
+        "the contributions do not add up to the P_CIS of the summary: " + joined(sums) +
+        ". Were other tables used, or -noclip (give --noclip)?");
+  }
+  if (!amides.empty()) {
+    std::vector<std::string> labels;
+    for (const int residue : amides) {
+      labels.push_back(inputs.residueLabel(residue));
+    }
+    report.warnings.push_back("the amide proton is called H in the shift table at " +
+                              joined(labels) +
+                              "; citrans then reads a secondary shift of 0. Rename it to HN and "
+                              "run again.");
   }
 }
 
@@ -95,22 +115,36 @@ const ProlineReport* Report::proline(int residue) const {
   return nullptr;
 }
 
-Report makeReport(const InputPaths& paths, bool clip) {
-  Report report;
-  report.inputs = readInputs(paths);
-  report.database = databaseFolder(paths.database);
-  report.warnings = report.inputs.warnings;
-  CITRANS run;
-  run.clipOn = clip;
-  fillRun(run, report.inputs, report.database);
-  addProlines(run, report);
-  report.check = checkShifts(run);
-  findChangedCalls(run, report);
-  warnOfMap(report);
-  for (const ProlineReport& proline : report.prolines) {
-    if (proline.predicted) {
-      warnOfProline(proline, report);
+std::vector<std::pair<std::string, std::size_t>> Report::nuclei() const {
+  std::map<std::string, std::size_t> counts;
+  for (const ShiftRow& row : inputs.shifts) {
+    ++counts[row.atom == "H" ? "HN" : row.atom];
+  }
+  for (const SummaryRow& row : inputs.summary) {
+    counts["CG"] += row.cg < shift::missingFrom ? 1U : 0U;
+  }
+  std::vector<std::pair<std::string, std::size_t>> found;
+  for (const char* atom : {"HN", "N", "HA", "C", "CA", "CB", "CG"}) {
+    if (counts[atom] > 0) {
+      found.emplace_back(atom, counts[atom]);
     }
   }
+  return found;
+}
+
+Report makeReport(const Sources& sources, const Database& database) {
+  Report report;
+  report.inputs = readInputs(sources);
+  report.warnings = report.inputs.warnings;
+  report.tables = database.madeBy;
+  CITRANS run = database.run;
+  run.clipOn = sources.clip;
+  fillRun(run, report.inputs);
+  addProlines(run, database.rules, report);
+  report.check = checkReferencing(run);
+  correctCalls(run, database.rules, report);
+  warnOfMap(report);
+  warnOfProlines(report);
+  report.concerns = concernsOf(report);
   return report;
 }

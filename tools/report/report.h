@@ -3,8 +3,15 @@
 #include <string>
 #include <vector>
 
-#include "tools/report/quality.h"
+#include "tools/report/carbons.h"
+#include "tools/report/referencing_check.h"
 #include "tools/report/verdict.h"
+
+/// A call after correction of the referencing.
+struct CorrectedCall {
+  Verdict::Call call = Verdict::Call::none;
+  double pCisNorm = 0; ///< may be not-a-number
+};
 
 /// One proline of the sequence.
 struct ProlineReport {
@@ -13,22 +20,38 @@ struct ProlineReport {
   SummaryRow row;
   Evidence evidence;
   Verdict verdict;
+  Carbons carbons;
+  bool disagrees = false; ///< with the reference structure
+  /// With the estimated offsets taken once off all nuclei; only when there are offsets.
+  std::optional<CorrectedCall> corrected;
+
+  bool callChanges() const { return corrected && corrected->call != verdict.call; }
+};
+
+/// Something to look at before relying on the calls.
+struct Concern {
+  std::string kind; ///< one word for programs
+  std::string text; ///< plain text; the residues follow it
+  std::vector<int> residues;
 };
 
 /// Everything that the outputs show.
 struct Report {
   Inputs inputs;
   std::vector<ProlineReport> prolines; ///< all of the sequence, in its order
-  ReportedCheck check;
-  std::vector<ChangedCall> changedCalls; ///< by subtracting the estimated offsets
-  std::vector<std::string> warnings;     ///< plain text
-  std::string database;                  ///< folder of the tables
+  ReferencingCheck check;
+  std::vector<std::string> warnings; ///< plain text
+  std::vector<Concern> concerns;     ///< what needs attention, gravest first
+  std::string tables;                ///< what made the statistics, as their remarks say
+
+  /// Number of shifts, or of prolines with CG, by nucleus, those without any left out.
+  std::vector<std::pair<std::string, std::size_t>> nuclei() const;
 
   const ProlineReport* proline(int residue) const;
 };
 
-/// Reads the files and works everything out.
-///
-/// \param clip  whether shifts are bounded, as in a run of citrans without -noclip
-/// Throws ToolError as `readInputs` and `fillRun` do.
-Report makeReport(const InputPaths& paths, bool clip);
+/// Works everything out; reads and writes nothing. Throws ToolError as `readInputs` does.
+Report makeReport(const Sources& sources, const Database& database);
+
+/// What a reader should look at first.
+std::vector<Concern> concernsOf(const Report& report);

@@ -2,8 +2,6 @@
 
 #include <climits>
 #include <cstdlib>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "table/file_io.h"
 #include "tools/common/tool.h"
@@ -21,25 +19,11 @@ bool isKeyword(const std::string& word) {
   return word == "REMARK" || word == "DATA" || word == "VARS" || word == "FORMAT";
 }
 
-bool isDirectory(const std::string& path) {
-  struct stat status {};
-  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
 } // namespace
 
-std::string readInput(const std::string& path) {
-  const std::optional<std::string> text = readWholeFile(path == "-" ? "/dev/stdin" : path);
-  if (isDirectory(path) || !text) {
-    throw ToolError(ToolStatus::inputMissing, path + ": cannot read");
-  }
-  return *text;
-}
-
-TableFile::TableFile(const std::string& path) : name_(path == "-" ? "standard input" : path) {
-  const std::string text = readInput(path);
-  findRows(text);
-  table_.loadText(text);
+TableFile::TableFile(const NamedText& source) : name_(source.name) {
+  findRows(source.text);
+  table_.loadText(source.text);
 }
 
 void TableFile::findRows(std::string_view text) {

@@ -4,16 +4,14 @@
 #include <vector>
 
 #include "table/gdb.h"
+#include "tools/report/inputs.h"
 
 /// A table file that knows the line of each of its rows, so that a bad cell can be pointed at.
 class TableFile {
  public:
-  /// Reads a table.
-  ///
-  /// \param path  "-" for standard input
-  /// Throws ToolError: inputMissing when the file cannot be opened or is a directory; badData for a
-  /// file without VARS and FORMAT lines, and for a bare REMARK or DATA line.
-  explicit TableFile(const std::string& path);
+  /// Reads a table. Throws ToolError(badData) for a text without VARS and FORMAT lines, and for a
+  /// bare REMARK or DATA line.
+  explicit TableFile(const NamedText& source);
 
   const GDB& table() const { return table_; }
   /// The name for messages.
@@ -38,7 +36,3 @@ class TableFile {
   std::vector<std::size_t> rowLines_;
   std::vector<std::size_t> skippedLines_;
 };
-
-/// The bytes of a file, or of standard input for "-". Throws ToolError(inputMissing) when it cannot
-/// be opened or is a directory.
-std::string readInput(const std::string& path);

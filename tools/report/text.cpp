@@ -1,5 +1,6 @@
 #include "tools/report/text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <map>
@@ -56,6 +57,23 @@ std::size_t characterLength(std::string_view text, std::size_t at) {
   return length == 1 || acceptsSecond(byte(at), byte(at + 1)) ? length : 0;
 }
 
+/// Characters that show nothing and change how the text around them is shown: controls of the
+/// second set, marks and overrides of direction, line and paragraph separators, the byte-order
+/// mark.
+bool isInvisible(std::string_view character) {
+  if (character.size() == 2) {
+    return (character[0] == '\xC2' && static_cast<unsigned char>(character[1]) < 0xA0) ||
+           character == "\xD8\x9C";
+  }
+  const std::string_view start = character.substr(0, 2);
+  if (character.size() != 3 || (start != "\xE2\x80" && start != "\xE2\x81")) {
+    return character == "\xEF\xBB\xBF";
+  }
+  const unsigned char last = static_cast<unsigned char>(character[2]);
+  return start == "\xE2\x80" ? (last >= 0x8B && last <= 0x8F) || (last >= 0xA8 && last <= 0xAE)
+                             : last >= 0xA0 && last <= 0xAF;
+}
+
 const char* entityFor(char c) {
   switch (c) {
   case '&':
@@ -92,9 +110,9 @@ std::string escaped(std::string_view text) {
     const std::size_t length = characterLength(text, at);
     const bool control = length == 1 && static_cast<unsigned char>(text[at]) < 0x20 &&
                          text[at] != '\t' && text[at] != '\n';
-    if (length == 0 || control || text[at] == '\x7f') {
+    if (length == 0 || control || text[at] == '\x7f' || isInvisible(text.substr(at, length))) {
       safe += replacement;
-      ++at;
+      at += std::max<std::size_t>(length, 1);
       continue;
     }
     if (const char* const entity = length == 1 ? entityFor(text[at]) : nullptr) {
@@ -131,6 +149,10 @@ std::string signedDecimal(double value, int decimals) {
   return (positive ? "+" : "") + text;
 }
 
+std::string printedText(double value, const std::string& printed) {
+  return std::isfinite(value) ? printed : "n/a";
+}
+
 std::string oddsText(double logRatio) {
   if (!std::isfinite(logRatio)) {
     return "n/a";
@@ -162,7 +184,37 @@ std::string residueType(const std::string& oneLetterName) {
   return found == types.end() ? "Xaa" : found->second;
 }
 
+std::string shortened(const std::string& text, std::size_t longest) {
+  std::size_t count = 0;
+  std::size_t cut = 0;
+  for (std::size_t at = 0; at < text.size(); ++count) {
+    cut = count + 1 == longest ? at : cut;
+    at += std::max<std::size_t>(characterLength(text, at), 1);
+  }
+  return count <= longest ? text : text.substr(0, cut) + "…";
+}
+
+std::string atomLabel(const std::string& atom) {
+  return atom == "C" ? "C′" : atom;
+}
+
+std::string counted(std::size_t count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+std::string joined(const std::vector<std::string>& items) {
+  std::string text;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    text += i == 0 ? "" : i + 1 == items.size() ? " and " : ", ";
+    text += items[i];
+  }
+  return text;
+}
+
 std::string lastPart(const std::string& path) {
+  if (path.find_first_of(" \t") != std::string::npos) {
+    return path;
+  }
   const std::size_t slash = path.find_last_of('/');
   return slash == std::string::npos || slash + 1 == path.size() ? path : path.substr(slash + 1);
 }

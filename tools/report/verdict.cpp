@@ -31,15 +31,6 @@ const char* strengthOf(double logRatio) {
   return size < strongFrom ? "clear" : "strong";
 }
 
-std::string joined(const std::vector<std::string>& items) {
-  std::string text;
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    text += i == 0 ? "" : i + 1 == items.size() ? " and " : ", ";
-    text += items[i];
-  }
-  return text;
-}
-
 /// The largest contributions to one side, with their sizes.
 std::vector<std::string> largest(const Evidence& evidence, const Inputs& inputs, double side) {
   std::vector<const Term*> terms;
@@ -82,6 +73,11 @@ std::string evidenceSentence(const Evidence& evidence, Verdict::Call call) {
   const std::string shifts = std::to_string(shiftCount(evidence)) + " shifts and the neighbours";
   const std::string side = sum > 0 ? "cis" : "trans";
   const std::string odds = std::isinf(sum) ? "without limit" : oddsText(sum);
+  if (call == Verdict::Call::undecided) {
+    return std::string(std::fabs(sum) < weakFrom ? "There is hardly any evidence: "
+                                                 : "The evidence does not decide: ") +
+           shifts + " favour " + side + " by " + odds + ".";
+  }
   if (std::fabs(sum) < weakFrom) {
     return "There is hardly any evidence: " + shifts + " give " + odds + " for " + side +
            ". The call rests on trans being the commoner form.";
@@ -95,21 +91,26 @@ std::string evidenceSentence(const Evidence& evidence, Verdict::Call call) {
 }
 
 std::string basisSentences(const Evidence& evidence, const Inputs& inputs, Verdict::Call call) {
-  const double side = call == Verdict::Call::cis ? 1 : -1;
+  const bool undecided = call == Verdict::Call::undecided;
+  const double side = call == Verdict::Call::cis || (undecided && evidence.logRatio > 0) ? 1 : -1;
   std::string text;
-  const auto add = [&text](const char* start, const std::vector<std::string>& items) {
+  const auto add = [&text](const std::string& start, const std::vector<std::string>& items) {
     if (!items.empty()) {
-      text += (text.empty() ? "" : " ") + std::string(start) + joined(items) + ".";
+      text += (text.empty() ? "" : " ") + start + joined(items) + ".";
     }
   };
+  const char* const other = side > 0 ? "trans" : "cis";
   add("Most of it comes from ", largest(evidence, inputs, side));
-  add("Against it: ", largest(evidence, inputs, -side));
+  add(text.empty() ? std::string("Single shifts speak for ") + other + ": " : "Against it: ",
+      largest(evidence, inputs, -side));
   const std::vector<std::string> missing = missingAtoms(evidence);
-  add("Of this proline itself, no shift for ", missing);
+  std::vector<std::string> labels;
+  std::transform(missing.begin(), missing.end(), std::back_inserter(labels), atomLabel);
+  add("Of this proline itself, no shift for ", labels);
   const bool noCb = std::find(missing.begin(), missing.end(), "CB") != missing.end();
   const bool noCg = std::find(missing.begin(), missing.end(), "CG") != missing.end();
   if (noCb && noCg) {
-    text += " CB and CG tell most: without both, the call rests on weaker shifts.";
+    text += " CB and CG tell most: without both, only weaker shifts are left.";
   }
   return text;
 }
@@ -126,6 +127,34 @@ std::vector<std::string> farFromBoth(const Evidence& evidence, const Inputs& inp
     }
   }
   return named;
+}
+
+calls::Assigned assignedOf(const Evidence& evidence) {
+  const auto has = [&evidence](const char* atom) {
+    return std::any_of(evidence.terms.begin(), evidence.terms.end(), [atom](const Term& term) {
+      return term.place == 2 && term.present && term.atom == atom;
+    });
+  };
+  return calls::assigned(has("CB"), has("CG"));
+}
+
+/// The evidence as the rules take it: odds before the prior, in powers of ten.
+double powersOfTen(const Evidence& evidence) {
+  const double logOdds = evidence.logRatio / std::log(10.0);
+  return std::isnan(logOdds) ? logOdds
+                             : std::clamp(logOdds, -calls::mostEvidence, calls::mostEvidence);
+}
+
+/// "cis takes 500 to 1, trans 250 to 1": what a call would have needed.
+std::string neededOdds(const calls::Rule& rule) {
+  const auto needs = [](double limit, bool cis) -> std::string {
+    if (std::isinf(limit)) {
+      return "no evidence is enough";
+    }
+    const bool own = cis == (limit > 0);
+    return oddsText(limit * std::log(10.0)) + (own ? "" : cis ? " for trans" : " for cis");
+  };
+  return "cis takes " + needs(rule.cisFrom, true) + ", trans " + needs(rule.transTo, false);
 }
 
 /// Why a proline inside the sequence was left out, as far as the table of shifts tells.
@@ -167,11 +196,27 @@ Verdict withoutLikelihood(const Evidence& evidence, const Inputs& inputs) {
 
 } // namespace
 
-Verdict::Call callFrom(double pCisNorm) {
-  if (std::isnan(pCisNorm)) {
+Verdict::Call callFrom(const Evidence& evidence, const calls::Rules& rules) {
+  const double logOdds = powersOfTen(evidence);
+  if (std::isnan(logOdds)) {
     return Verdict::Call::none;
   }
-  return pCisNorm > 0.5 ? Verdict::Call::cis : Verdict::Call::trans;
+  switch (rules.call(logOdds, assignedOf(evidence))) {
+  case calls::Call::cis:
+    return Verdict::Call::cis;
+  case calls::Call::trans:
+    return Verdict::Call::trans;
+  case calls::Call::undecided:
+    break;
+  }
+  return Verdict::Call::undecided;
+}
+
+bool disagrees(Verdict::Call call, const SummaryRow& row) {
+  if (!row.comparable() || (call != Verdict::Call::cis && call != Verdict::Call::trans)) {
+    return false;
+  }
+  return row.referenceIsCis() != (call == Verdict::Call::cis);
 }
 
 const char* callName(Verdict::Call call) {
@@ -180,6 +225,8 @@ const char* callName(Verdict::Call call) {
     return "cis";
   case Verdict::Call::trans:
     return "trans";
+  case Verdict::Call::undecided:
+    return "undecided";
   case Verdict::Call::none:
     break;
   }
@@ -189,20 +236,31 @@ const char* callName(Verdict::Call call) {
 std::string termLabel(const Term& term, const Inputs& inputs) {
   const std::string residue = inputs.residueLabel(term.residue);
   return term.kind == Term::Kind::neighbour ? residue + " as a neighbour"
-                                            : term.atom + " of " + residue;
+                                            : atomLabel(term.atom) + " of " + residue;
 }
 
-Verdict judge(const Evidence& evidence, const SummaryRow& row, const Inputs& inputs) {
-  const Verdict::Call call = callFrom(row.pCisNorm);
+Verdict judge(const Evidence& evidence, const SummaryRow& row, const Inputs& inputs,
+              const calls::Rules& rules) {
+  const Verdict::Call call =
+      std::isnan(row.pCisNorm) ? Verdict::Call::none : callFrom(evidence, rules);
   if (call == Verdict::Call::none) {
     return withoutLikelihood(evidence, inputs);
   }
   Verdict verdict;
   verdict.call = call;
-  verdict.settled = row.pCisNorm >= settledFrom || row.pCisNorm <= 1 - settledFrom;
-  verdict.headline = (verdict.settled ? "" : "probably ") + std::string(callName(call));
+  verdict.assigned = assignedOf(evidence);
+  const calls::Rule& rule = rules.rule(verdict.assigned);
+  const bool decided = call != Verdict::Call::undecided;
+  verdict.settled = decided && (row.pCisNorm >= settledFrom || row.pCisNorm <= 1 - settledFrom);
+  verdict.headline = (verdict.settled || !decided ? "" : "probably ") + std::string(callName(call));
   verdict.evidence = evidenceSentence(evidence, call);
   verdict.basis = basisSentences(evidence, inputs, call);
+  if (decided) {
+    verdict.likeThis = call == Verdict::Call::cis ? rule.cis : rule.trans;
+  } else {
+    verdict.evidence +=
+        std::string(" With ") + calls::describe(verdict.assigned) + ", " + neededOdds(rule) + ".";
+  }
   return verdict;
 }
 

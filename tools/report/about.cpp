@@ -1,0 +1,101 @@
+#include "tools/report/inputs.h"
+#include "tools/report/text.h"
+
+namespace {
+
+/// The remarks that the importer begins its tables with.
+constexpr std::string_view shiftsOf = "Chemical shifts of ";
+constexpr std::string_view entity = "entity ";
+constexpr std::string_view warning = "Warning: ";
+/// The first remark of citrans itself, after those of its input and of what it corrected.
+constexpr std::string_view ownRemarks = "CITRANS Protein Secondary Chemical Shift Table";
+
+bool startsWith(std::string_view text, std::string_view start) {
+  return text.substr(0, start.size()) == start;
+}
+
+bool isCorrection(std::string_view remark) {
+  return remark.find("ppm referencing offset applied for") != std::string_view::npos ||
+         remark.find("Isotope Shifts Correction Applied") != std::string_view::npos;
+}
+
+/// "Chemical shifts of NMR-STAR 3 entry 16570, from bmr16570.str"
+void takeEntry(const std::string& remark, About& about) {
+  const std::size_t from = remark.rfind(", from ");
+  about.entry = remark.substr(shiftsOf.size(), from - shiftsOf.size());
+  if (from == std::string::npos) {
+    about.entry = remark.substr(shiftsOf.size());
+  } else {
+    about.source = remark.substr(from + 7);
+  }
+}
+
+/// "entity 1 (Dhaf_0833) of 1 with 96 residues, ...", or "entity Dhaf_0833 of 1 with ..." where the
+/// deposition has no number or no name of its own.
+void takeProtein(const std::string& remark, About& about) {
+  const std::size_t end = remark.find(" with ");
+  const std::size_t of = remark.rfind(" of ", end);
+  if (end == std::string::npos || of == std::string::npos || of <= entity.size()) {
+    return;
+  }
+  std::string name = remark.substr(entity.size(), of - entity.size());
+  const std::size_t open = name.find('(');
+  if (open != std::string::npos && name.back() == ')') {
+    name = open == 0 ? "" : name.substr(open + 1, name.size() - open - 2);
+  }
+  const bool number = name.find_first_not_of("0123456789") == std::string::npos;
+  about.protein = number || name == "entity" ? "" : name;
+}
+
+} // namespace
+
+About aboutFrom(const std::vector<std::string>& remarks) {
+  About about;
+  bool imported = false;
+  for (const std::string& remark : remarks) {
+    const std::string text = GDB::simplifyWhiteSpace(remark);
+    if (startsWith(text, ownRemarks)) {
+      break;
+    }
+    if (isCorrection(text)) {
+      about.corrections.push_back(text);
+      continue;
+    }
+    if (startsWith(text, warning)) {
+      about.warnings.push_back(text.substr(warning.size()));
+      continue;
+    }
+    if (startsWith(text, shiftsOf) && !imported) {
+      imported = true;
+      takeEntry(text, about);
+    } else if (startsWith(text, entity) && imported && about.protein.empty()) {
+      takeProtein(text, about);
+    }
+    if (!text.empty()) {
+      about.remarks.push_back(text);
+    }
+  }
+  return about;
+}
+
+std::string Inputs::proteinName() const {
+  constexpr std::size_t longest = 80;
+  if (!about.protein.empty()) {
+    return about.protein;
+  }
+  // A title of several words was given by the user; one of a single word is the table's file.
+  if (title.find(' ') != std::string::npos) {
+    return title;
+  }
+  if (!about.entry.empty()) {
+    return about.entry;
+  }
+  if (!about.remarks.empty()) {
+    const std::string& remark = about.remarks.front();
+    const std::string start = remark.substr(0, remark.find(", "));
+    if (start.size() <= longest) {
+      return start;
+    }
+  }
+  return title.empty() ? "this protein" : lastPart(title);
+}

@@ -1,0 +1,83 @@
+#include "tools/report/files.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <unistd.h>
+
+#include "table/file_io.h"
+#include "tools/common/tool.h"
+
+std::string shiftTableName(const std::string& summary) {
+  return summary.substr(0, summary.rfind('.')) + "AdjCS.tab";
+}
+
+NamedText readText(const std::string& path) {
+  std::error_code error;
+  std::optional<std::string> text;
+  if (!std::filesystem::is_directory(path, error)) {
+    text = readWholeFile(path == "-" ? "/dev/stdin" : path);
+  }
+  if (!text) {
+    throw ToolError(ToolStatus::inputMissing, path + ": cannot read");
+  }
+  return {path == "-" ? "standard input" : path, std::move(*text)};
+}
+
+void makeFolder(const std::string& path) {
+  std::error_code error;
+  std::filesystem::create_directories(path, error);
+  if (error) {
+    throw ToolError(ToolStatus::cannotWrite, path + ": cannot make the folder");
+  }
+}
+
+std::string databaseFolder(const std::string& database) {
+  if (!database.empty()) {
+    return database;
+  }
+  std::string usual = CITRANS().tabDir;
+  if (std::getenv("CITRANS_DIR") != nullptr || std::filesystem::exists(usual)) {
+    return usual;
+  }
+  std::error_code error;
+  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
+  const std::filesystem::path installed = self.parent_path().parent_path() / "share/citrans/tab";
+  return std::filesystem::exists(installed, error) ? installed.string() : usual;
+}
+
+Database readDatabase(const std::string& folder) {
+  constexpr std::string_view madeBy = "Made by ";
+  CITRANS run;
+  run.keepSilent();
+  run.limitsName = folder + "/sslimit.tab";
+  run.proCSName = folder + "/Pro.cs.tab";
+  run.proSeqName = folder + "/Pro.seq.tab";
+  for (const std::string& table :
+       {run.limitsName, run.proCSName, run.proSeqName, folder + "/calls.tab"}) {
+    if (access(table.c_str(), R_OK) != 0) {
+      throw ToolError(ToolStatus::inputMissing, table + ": cannot read (see --tab)");
+    }
+  }
+  run.limitsTable.loadGDB(run.limitsName);
+  run.getProCSValue(run.proCSName);
+  run.getProSeqOccurence(run.proSeqName);
+  const GDB statistics(run.proCSName);
+  Database database{std::move(run), calls::Rules::load(folder), ""};
+  for (const std::string& remark : statistics.remarks()) {
+    const std::string text = GDB::simplifyWhiteSpace(remark);
+    if (text.substr(0, madeBy.size()) == madeBy) {
+      database.madeBy = text.substr(madeBy.size(), text.find(':') - madeBy.size());
+    }
+  }
+  return database;
+}
+
+Sources readSources(const InputPaths& paths) {
+  Sources sources;
+  sources.summary = readText(paths.summary);
+  sources.shifts = readText(paths.shifts.empty() ? shiftTableName(paths.summary) : paths.shifts);
+  if (!paths.map.empty()) {
+    sources.map = readText(paths.map);
+  }
+  return sources;
+}

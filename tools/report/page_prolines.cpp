@@ -1,0 +1,220 @@
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+#include "tools/report/page_parts.h"
+#include "tools/report/pictures.h"
+#include "tools/report/text.h"
+
+namespace {
+
+std::string callMarkup(const Verdict& verdict) {
+  const bool open = (verdict.call == Verdict::Call::cis || verdict.call == Verdict::Call::trans) &&
+                    !verdict.settled;
+  return std::string("<span class=\"call ") + callName(verdict.call) + (open ? " open" : "") +
+         "\">" + escaped(verdict.headline) + "</span>";
+}
+
+/// "178.7° trans": what the reference structure has.
+std::string omegaText(const ProlineReport& proline) {
+  const SummaryRow& row = proline.row;
+  if (row.referenceName.empty()) {
+    return "–";
+  }
+  if (row.referenceName != "P") {
+    return "no proline there";
+  }
+  if (!row.hasOmega) {
+    return "none";
+  }
+  const double size = std::fabs(row.omega);
+  const char* const form = size < 30 ? " cis" : size > 150 ? " trans" : "";
+  return decimal(row.omega, 1) + "°" + form;
+}
+
+bool hasReference(const Report& report) {
+  return std::any_of(report.inputs.summary.begin(), report.inputs.summary.end(),
+                     [](const SummaryRow& row) { return !row.referenceName.empty(); });
+}
+
+std::string carbonsText(const Carbons& carbons) {
+  const std::optional<double> difference = carbons.difference();
+  if (!difference) {
+    return "–";
+  }
+  const carbons::Band band = carbons::bandOf(*difference);
+  return decimal(*difference, 1) + (band == carbons::Band::cis     ? " cis"
+                                    : band == carbons::Band::trans ? " trans"
+                                                                   : " open");
+}
+
+PageData rowOf(const Report& report, const ProlineReport& proline, const std::set<int>& attended,
+               bool reference) {
+  PageData row;
+  row.set("residue", std::to_string(proline.residue));
+  row.set("label", report.inputs.residueLabel(proline.residue));
+  row.set("call", callMarkup(proline.verdict));
+  row.set("attends", attended.count(proline.residue) > 0);
+  row.set("predicted", proline.predicted);
+  row.set("changes", proline.callChanges());
+  row.set("corrected", proline.callChanges() ? callName(proline.corrected->call) : "");
+  row.set("evidence", proline.verdict.evidence);
+  row.set("columns", reference ? "5" : "4");
+  if (proline.predicted) {
+    row.set("sum", sumPicture(report, proline).inlined());
+    row.set("pCis", printedText(proline.row.pCis, proline.row.pCisText));
+    row.set("pCisNorm", printedText(proline.row.pCisNorm, proline.row.pCisNormText));
+    row.set("carbons", carbonsText(proline.carbons));
+    row.set("omega", omegaText(proline));
+    row.set("disagrees", proline.disagrees);
+  }
+  return row;
+}
+
+void addFact(PageData& facts, const char* label, const std::string& value) {
+  PageData fact;
+  fact.set("label", label);
+  fact.set("value", value);
+  facts << fact;
+}
+
+PageData factsOf(const ProlineReport& proline) {
+  const SummaryRow& row = proline.row;
+  PageData facts = pageList();
+  addFact(facts, "P_CIS", printedText(row.pCis, row.pCisText));
+  addFact(facts, "P_CIS_NORM", printedText(row.pCisNorm, row.pCisNormText));
+  addFact(facts, "ln(cis/trans)", signedDecimal(proline.evidence.logRatio, 2));
+  addFact(facts, "shifts before, at, after",
+          std::to_string(row.shiftCounts[0]) + ", " + std::to_string(row.shiftCounts[1]) + ", " +
+              std::to_string(row.shiftCounts[2]));
+  if (proline.verdict.likeThis.calls > 0) {
+    addFact(facts, "such calls right",
+            decimal(100 * proline.verdict.likeThis.right, 1) + " % of " +
+                std::to_string(proline.verdict.likeThis.calls));
+  }
+  if (proline.carbons.cb) {
+    addFact(facts, "CB", decimal(*proline.carbons.cb, 2) + " ppm");
+  }
+  if (proline.carbons.cg) {
+    addFact(facts, "CG", decimal(*proline.carbons.cg, 2) + " ppm");
+  }
+  if (proline.carbons.cgSubtracted) {
+    addFact(facts, "CG after subtraction", decimal(row.cg, 2) + " ppm");
+  }
+  if (!row.referenceName.empty()) {
+    addFact(facts, "ω of the reference", omegaText(proline));
+  }
+  return facts;
+}
+
+/// What the reference structure says against the call, or about its numbering.
+std::string referenceNote(const ProlineReport& proline) {
+  const SummaryRow& row = proline.row;
+  if (!row.referenceName.empty() && row.referenceName != "P") {
+    return "The reference structure has no proline at this number (" + row.referenceName +
+           "): its numbering differs from that of the table, and its angle says nothing here.";
+  }
+  if (!proline.disagrees) {
+    return "";
+  }
+  const std::string form = row.referenceIsCis() ? "cis" : "trans";
+  const bool leansThere = (proline.evidence.logRatio > 0) == row.referenceIsCis();
+  return "The reference structure has this bond " + form +
+         (leansThere ? ". The shifts lean that way too, though not by enough for a call."
+                     : "; the shifts say otherwise.");
+}
+
+PageData notesOf(const ProlineReport& proline) {
+  PageData notes = pageList();
+  const std::string reference = referenceNote(proline);
+  if (!reference.empty()) {
+    notes << PageData("text", reference);
+  }
+  if (proline.callChanges()) {
+    notes << PageData("text", std::string("With the referencing corrected the call is ") +
+                                  callName(proline.corrected->call) + ", P_CIS_NORM " +
+                                  decimal(proline.corrected->pCisNorm, 3) + ".");
+  }
+  if (proline.carbons.cgSubtracted) {
+    notes << PageData("text", "The CG that was compared is after subtraction of " +
+                                  signedDecimal(proline.carbons.cgOffset, 2) +
+                                  " ppm: the offset once for each shift of the proline.");
+  }
+  return notes;
+}
+
+std::string tripletText(const Inputs& inputs, int proline) {
+  if (proline > inputs.residueCount) {
+    return inputs.residueLabel(proline);
+  }
+  std::string text;
+  for (int residue = std::max(proline - 1, 1); residue <= proline + 1; ++residue) {
+    if (residue <= inputs.residueCount) {
+      text += (text.empty() ? "" : " – ") + inputs.residueLabel(residue);
+    }
+  }
+  if (inputs.number(proline) != std::to_string(proline)) {
+    text += ", number " + std::to_string(proline) + " of the table";
+  }
+  return text;
+}
+
+std::string placesOf(const Report& report, const ProlineReport& proline) {
+  std::string pictures;
+  for (const Term& term : proline.evidence.terms) {
+    if (term.place == 2 && (term.atom == "CB" || term.atom == "CG")) {
+      pictures += positionPicture(report, term).inlined();
+    }
+  }
+  if (proline.carbons.difference()) {
+    pictures += carbonsPicture(report, proline).inlined();
+  }
+  return pictures;
+}
+
+PageData cardOf(const Report& report, const ProlineReport& proline) {
+  PageData card;
+  card.set("residue", std::to_string(proline.residue));
+  card.set("label", report.inputs.residueLabel(proline.residue));
+  card.set("call", callMarkup(proline.verdict));
+  card.set("triplet", tripletText(report.inputs, proline.residue));
+  card.set("predicted", proline.predicted);
+  card.set("evidence", proline.verdict.evidence);
+  if (proline.predicted) {
+    card.set("basis", proline.verdict.basis);
+    card.set("notes", notesOf(proline));
+    card.set("facts", factsOf(proline));
+    card.set("bars", evidencePicture(report, proline).inlined());
+    card.set("places", placesOf(report, proline));
+  }
+  return card;
+}
+
+std::set<int> attendedResidues(const Report& report) {
+  std::set<int> residues;
+  for (const Concern& concern : report.concerns) {
+    residues.insert(concern.residues.begin(), concern.residues.end());
+  }
+  return residues;
+}
+
+} // namespace
+
+void fillProlines(const Report& report, PageData& page) {
+  const bool reference = hasReference(report);
+  const std::set<int> attended = attendedResidues(report);
+  PageData rows = pageList();
+  PageData cards = pageList();
+  bool subtracted = false;
+  for (const ProlineReport& proline : report.prolines) {
+    rows << rowOf(report, proline, attended, reference);
+    cards << cardOf(report, proline);
+    subtracted = subtracted || proline.carbons.cgSubtracted;
+  }
+  page.set("hasProlines", !report.prolines.empty());
+  page.set("hasReference", reference);
+  page.set("cgSubtracted", subtracted);
+  page.set("rows", rows);
+  page.set("cards", cards);
+  page.set("overview", overviewPicture(report, true).inlined());
+}

@@ -1,0 +1,114 @@
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "tools/report/page_parts.h"
+#include "tools/report/text.h"
+
+namespace {
+
+constexpr std::size_t outliersShown = 10;
+
+PageData offsets(const Report& report) {
+  PageData list = pageList();
+  for (const ReportedOffset& estimate : report.check.offsets) {
+    PageData row;
+    row.set("nuclei", estimate.nuclei);
+    row.set("offset", signedDecimal(estimate.offset, 3));
+    row.set("error", decimal(estimate.error, 3));
+    row.set("points", std::to_string(estimate.points));
+    list << row;
+  }
+  return list;
+}
+
+/// "Pro9 trans (P_CIS_NORM 0.001), ..."
+std::string correctedCalls(const Report& report) {
+  std::vector<std::string> calls;
+  for (const ProlineReport& proline : report.prolines) {
+    if (proline.callChanges()) {
+      calls.push_back(report.inputs.residueLabel(proline.residue) + " " +
+                      callName(proline.corrected->call) + " (P_CIS_NORM " +
+                      decimal(proline.corrected->pCisNorm, 3) + ")");
+    }
+  }
+  return joined(calls);
+}
+
+PageData referencingWords(const Report& report) {
+  PageData list = pageList();
+  const ReferencingCheck& check = report.check;
+  if (!check.offsets.empty()) {
+    const std::string changed = correctedCalls(report);
+    list << PageData("text", "Taken once off all shifts of these nuclei, and that of CA and CB "
+                             "off CG: " +
+                                 (changed.empty() ? "no call changes." : changed + "."));
+  } else if (check.unchecked.size() < nucleiChecked) {
+    list << PageData("text", "No referencing offset larger than five times its error was found.");
+  }
+  if (!check.unchecked.empty()) {
+    list << PageData("text", "There are too few shifts to check " + joined(check.unchecked) + ".");
+  }
+  return list;
+}
+
+/// How far out a shift lies, in units of its limit.
+double excess(const Outlier& outlier) {
+  return std::fabs(outlier.shift) / std::fmax(std::fabs(static_cast<double>(outlier.limit)), 0.01);
+}
+
+std::string outlierRemark(const ReferencingCheck& check, std::size_t at) {
+  if (check.explained[at]) {
+    return "within it without the offset";
+  }
+  return check.outliers[at].marked ? "far out" : "";
+}
+
+PageData worstOutliers(const Report& report) {
+  const std::vector<Outlier>& outliers = report.check.outliers;
+  std::vector<std::size_t> worst(outliers.size());
+  std::iota(worst.begin(), worst.end(), 0);
+  std::stable_sort(worst.begin(), worst.end(), [&](std::size_t a, std::size_t b) {
+    return outliers[a].marked != outliers[b].marked ? outliers[a].marked
+                                                    : excess(outliers[a]) > excess(outliers[b]);
+  });
+  worst.resize(std::min(worst.size(), outliersShown));
+  PageData list = pageList();
+  for (const std::size_t at : worst) {
+    PageData row;
+    row.set("residue", report.inputs.residueLabel(outliers[at].residue));
+    row.set("atom", atomLabel(outliers[at].atom));
+    row.set("shift", signedDecimal(outliers[at].shift, 2));
+    row.set("limit", signedDecimal(static_cast<double>(outliers[at].limit), 2));
+    row.set("remark", outlierRemark(report.check, at));
+    list << row;
+  }
+  return list;
+}
+
+std::string outlierCount(const Report& report) {
+  const std::size_t count = report.check.outliers.size();
+  if (count == 0) {
+    return "No secondary shift lies outside the limits of the database.";
+  }
+  const std::vector<bool>& flags = report.check.explained;
+  const auto explained = std::count(flags.begin(), flags.end(), true);
+  return counted(count, "secondary shift") + (count == 1 ? " lies" : " lie") +
+         " outside the limits of the database" +
+         (explained > 0 ? ", " + std::to_string(explained) + " of them because of the offset"
+                        : "") +
+         (count > outliersShown ? "; the " + std::to_string(outliersShown) +
+                                      " worst are shown, the JSON file has all."
+                                : ".");
+}
+
+} // namespace
+
+void fillQuality(const Report& report, PageData& page) {
+  page.set("hasOffsets", !report.check.offsets.empty());
+  page.set("offsets", offsets(report));
+  page.set("referencing", referencingWords(report));
+  page.set("outlierCount", outlierCount(report));
+  page.set("hasOutliers", !report.check.outliers.empty());
+  page.set("outliers", worstOutliers(report));
+}
