@@ -53,19 +53,22 @@ def write_training(folder, proteins=20, length=60):
         letters = [rng.choice(LETTERS.replace("P", "")) for _ in range(length)]
         for place in range(5, length - 1, 12):
             letters[place] = "P"
+        letters[2] = "P" if number < 3 else letters[2]  # disputed below
         sequences.append(f"{entry} {number} {''.join(letters)}")
         for place, letter in enumerate(letters, 1):
-            cis = letter == "P" and rng.random() < 0.2
+            labelled = letter == "P" and place != 3
+            cis = labelled and rng.random() < 0.2
             value = {a: COIL[a] + rng.gauss(0, 1) * (0.2 if a[0] == "H" else 1.2) for a in ATOMS}
             cg = 24.5 if cis else 27.3
-            if letter == "P":
+            if labelled:
                 value["CB"] = (34.5 if cis else 32) + rng.gauss(0, 0.8)
                 label = "cis" if cis else "trans"
                 source = rng.choice(["both", "shifts", "structure"])
                 prolines.append(f"{entry} {place} {label} {source} {value['CB'] - cg:.2f}")
             cells = [f"{value[a]:.2f}" for a in "N HA C CA CB HN".split()]
-            cells += ["9999", "9999", f"{cg + rng.gauss(0, 0.5):.2f}" if letter == "P" else "9999"]
+            cells += ["9999", "9999", f"{cg + rng.gauss(0, 0.5):.2f}" if labelled else "9999"]
             shifts.append(f"{entry} {place} {letter} {' '.join(cells)}")
+    prolines += ["p0 3 disputed both 5.10", "p1 3 disputed both 9.20", "p2 3 disputed both 9999"]
     write(f"{folder}/training_sequences.tab",
           ["REMARK made up", "VARS ENTRY CLUSTER SEQUENCE", "FORMAT %s %d %s", *sequences])
     write(f"{folder}/training_shifts.tab",
@@ -112,6 +115,10 @@ class Derive(unittest.TestCase):
 
     def derive(self, out, data=None):
         return self.run_derive("tables", data or self.data, out)
+
+    def both(self, label):
+        return len(re.findall(rf"(?m) {label} both ",
+                              Path(self.data, "training_prolines.tab").read_text()))
 
     def read(self, out):
         return {path.name: path.read_text() for path in Path(self.folder, out).iterdir()}
@@ -207,6 +214,19 @@ class Derive(unittest.TestCase):
         parts = [int(row[1]) for row in cells
                  if row[0] in ("both", "shifts", "structure") and row[1].isdigit()][3:6]
         self.assertEqual(sum(parts), int(hidden[1]))
+        # What is now is the same in the table of gains as in that of the truths, and each fold chose.
+        gains = {row[0]: row for row in cells}
+        self.assertEqual(gains["CG hidden, all truths"][2::5], [hidden[6], hidden[7]])
+        chosen = re.search(r"of 0, 1, 2, 5, 10, 20:((?: \d+ in \d+(?: folds)?,?)+)\.", report)
+        self.assertEqual(sum(map(int, re.findall(r" in (\d+)", chosen[1]))), 10)
+        # The strata of shift counts part the prolines, and so do aromatic residues and others.
+        sizes = {row[0]: int(row[1]) for row in cells if len(row) == 9 and row[1].isdigit()}
+        self.assertEqual(sum(n for name, n in sizes.items() if name.endswith(" shifts")),
+                         int(hidden[1]))
+        self.assertEqual(sizes["F, W or Y before"] + sizes["another before"], int(hidden[1]))
+        # Of the disputed prolines one is cis and one trans by the structure, and one has no CB - CG.
+        self.assertRegex(report, rf"contradicts 1 of {self.both('cis') + 1} cis \(\d+ %\) and\s1 of "
+                                 rf"{self.both('trans') + 1} trans prolines")
         # CB and CG were made to part the forms: the calls must follow them.
         given = [row for row in cells if row[0] == "all"][0]
         self.assertGreater(float(given[6]), 0.9)

@@ -2,9 +2,10 @@
 #include <gtest/gtest.h>
 #include <random>
 
+#include "tools/derive/clustered.h"
 #include "tools/derive/core_run.h"
+#include "tools/derive/drawing_choice.h"
 #include "tools/derive/limits.h"
-#include "tools/derive/metrics.h"
 #include "tools/derive/offset_loss.h"
 #include "tools/derive/statistics_fit.h"
 
@@ -40,6 +41,51 @@ TEST(Metrics, CountTiesHalf) {
   EXPECT_DOUBLE_EQ(measure({{0.3, true}, {0.3, false}}).areaUnderCurve, 0.5);
 }
 
+// --- measures with clusters as units ------------------------------------------------------------
+
+TEST(Clustered, SaidAndFoundAreComparedWithTheLargerError) {
+  // Independent: said 0.5 and found 0.5 of four; 4 * 0.25 is the variance of the sum.
+  const Agreement apart =
+      agreementOf({{{0.5, true}, 1}, {{0.5, false}, 2}, {{0.5, true}, 3}, {{0.5, false}, 4}});
+  EXPECT_EQ(apart.count, 4U);
+  EXPECT_DOUBLE_EQ(apart.standardError, 1.0 / 4);
+  EXPECT_EQ(apart.deviation(), 0);
+  // Two clusters of two that go together, both cis: their sums are 1 and 1, more than independent
+  // prolines would show.
+  const Agreement together =
+      agreementOf({{{0.5, true}, 1}, {{0.5, true}, 1}, {{0.5, true}, 2}, {{0.5, true}, 2}});
+  EXPECT_DOUBLE_EQ(together.standardError, std::sqrt(2.0) / 4);
+  EXPECT_DOUBLE_EQ(together.deviation(), 0.5 / (std::sqrt(2.0) / 4));
+  // Nothing found of a little said: the clusters show no spread, the probabilities do.
+  const Agreement none_ = agreementOf({{{0.01, false}, 1}, {{std::nan(""), false}, 2}});
+  EXPECT_DOUBLE_EQ(none_.said, 0.005) << "not-a-number counts as 0";
+  EXPECT_DOUBLE_EQ(none_.standardError, std::sqrt(0.01 * 0.99) / 2);
+}
+
+TEST(Clustered, TheGainOfEqualClustersHasNoSpread) {
+  // Each cluster holds one hit, one right trans and one proline that only `after` calls right.
+  std::vector<ClusteredCall> before;
+  std::vector<ClusteredCall> after;
+  for (int cluster = 0; cluster < 7; ++cluster) {
+    for (const bool cis : {true, false, false}) {
+      const bool wrong = before.size() % 3 == 2;
+      before.push_back({{cis || wrong ? 0.9 : 0.1, cis}, cluster});
+      after.push_back({{cis ? 0.9 : 0.1, cis}, cluster});
+    }
+  }
+  // hits 1, right 1, false 1: 1 / sqrt(2 * 1 * 2 * 1)
+  const Interval gain = matthewsGain(before, after);
+  EXPECT_NEAR(gain.low, 0.5, 1e-12);
+  EXPECT_NEAR(gain.high, 0.5, 1e-12);
+  // One cluster alone gains: whether it is drawn, and how often, is chance.
+  for (std::size_t i = 3; i < after.size(); ++i) {
+    after[i] = before[i];
+  }
+  const Interval spread = matthewsGain(before, after);
+  EXPECT_EQ(spread.low, 0);
+  EXPECT_GT(spread.high, 0.05);
+}
+
 // --- limits -------------------------------------------------------------------------------------
 
 TEST(Limits, AreThePercentilesButNeverBoundACisProline) {
@@ -49,12 +95,12 @@ TEST(Limits, AreThePercentilesButNeverBoundACisProline) {
     shifts[letterIndex('P')][CB].push_back(i / 100.0);
   }
   shifts[letterIndex('W')][CA] = {1, 2, 3};
-  const Limits limits = findLimits(shifts, 5.2);
+  const Limits limits = findLimits(shifts, 5.2, 8);
   EXPECT_DOUBLE_EQ(limits[letterIndex('A')][CA].lowest, 1);
   EXPECT_DOUBLE_EQ(limits[letterIndex('A')][CA].highest, 99);
   EXPECT_DOUBLE_EQ(limits[letterIndex('P')][CB].lowest, 0.01);
   EXPECT_DOUBLE_EQ(limits[letterIndex('P')][CB].highest, 8) << "8 ppm at least";
-  EXPECT_GT(findLimits(shifts, 9.1)[letterIndex('P')][CB].highest, 9.1);
+  EXPECT_GT(findLimits(shifts, 9.1, 8)[letterIndex('P')][CB].highest, 9.1);
   EXPECT_LT(limits[letterIndex('W')][CA].lowest, -900) << "three shifts make no percentile";
   EXPECT_DOUBLE_EQ(limits[letterCount][CA].highest, 99) << "the widest of all types";
 }
@@ -167,6 +213,37 @@ TEST(StatisticsFit, HasTheGradientOfFiniteDifferences) {
                           statisticsLoss(samples, plain, down, 3, unused)) /
                          (2 * step);
     EXPECT_NEAR(gradient[i], slope, 1e-4 * (1 + std::fabs(slope))) << i;
+  }
+  const std::vector<double> nowhere(at.size(), 0);
+  EXPECT_DOUBLE_EQ(heldOutLoss(samples, {plain, 1, 0, 0}),
+                   statisticsLoss(samples, plain, nowhere, 0, gradient))
+      << "where nothing moved there is no penalty on moves";
+}
+
+TEST(StatisticsFit, ChoosesToDrawTogetherWhatSaysNothing) {
+  std::mt19937 random(5);
+  std::normal_distribution<float> noise(0, 1);
+  for (const bool tells : {false, true}) {
+    std::vector<TrainingSample> samples;
+    for (int i = 0; i < 200; ++i) {
+      TrainingSample sample{};
+      sample.cluster = i;
+      sample.cis = i % 5 == 0;
+      sample.weight = 1;
+      sample.mislabelled = 0.001;
+      for (float& shift : sample.shifts) {
+        shift = noise(random) + (tells && sample.cis ? 1.0F : 0.0F);
+      }
+      sample.shifts[prolineCb] = sample.shifts[cgIndex] = std::numeric_limits<float>::quiet_NaN();
+      samples.push_back(sample);
+    }
+    const double drawing = chooseDrawing(samples);
+    if (tells) {
+      EXPECT_LT(drawing, drawingCandidates.back())
+          << "independent shifts that tell the forms apart";
+    } else {
+      EXPECT_EQ(drawing, drawingCandidates.back()) << "noise";
+    }
   }
 }
 

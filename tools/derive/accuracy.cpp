@@ -36,10 +36,11 @@ std::map<std::string, std::string> accuracyDocuments(const Derivation& derivatio
   const TableSet tables = derivation.derive(all, progress);
   std::map<std::string, std::string> files;
   files["accuracy.md"] = introduction(derivation) + truthSection(result) + presenceSection(result) +
-                         comparisonSection(result, tables.published.rule) +
-                         calibrationSection(result) + referencingSection(result) +
-                         experimentSection(result) + statisticsSection(tables) +
-                         wrongSection(derivation.training(), result);
+                         comparisonSection(result, tables.published.rule) + penaltySection(result) +
+                         labelSection(derivation.training(), result) +
+                         calibrationSection(derivation.training(), result, tables) +
+                         referencingSection(result) + experimentSection(result) +
+                         statisticsSection(tables) + wrongSection(derivation.training(), result);
   files["accuracy-calibration-cg.svg"] =
       calibrationPicture(measure(callsOf(result, cgGiven, anyTruth)), "CG where assigned");
   files["accuracy-calibration-no-cg.svg"] =

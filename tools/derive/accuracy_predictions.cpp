@@ -56,14 +56,6 @@ double bestMatthews(std::vector<Call> calls) {
   return best;
 }
 
-int presentShifts(const ScoredProline& proline) {
-  int count = 0;
-  for (std::size_t i = 0; i < tripletShifts; ++i) {
-    count += meetsShift(i) && !std::isnan(proline.shifts[i]) ? 1 : 0;
-  }
-  return count;
-}
-
 std::vector<std::vector<std::string>> countRows(const CrossValidation& result) {
   struct Range {
     int fewest, most;
@@ -188,32 +180,6 @@ std::string comparisonSection(const CrossValidation& result, const PublishedRule
       measureRow("CB - CG rule", byRule),
       measureRow("neighbours alone", byNeighbours)};
   return text + markdownTable(measureHead("method"), rows);
-}
-
-std::string calibrationSection(const CrossValidation& result) {
-  const Metrics given = measure(callsOf(result, cgGiven, anyTruth));
-  const Metrics hidden = measure(callsOf(result, cgHidden, anyTruth));
-  std::string text = "## Is P_CIS_NORM a probability?\n\n"
-                     "Prolines of all truths by tenths of P_CIS_NORM. A label that is wrong pulls "
-                     "the lowest tenth up and\nthe highest down.\n\n";
-  std::vector<std::vector<std::string>> rows;
-  for (std::size_t i = 0; i < calibrationBins; ++i) {
-    std::vector<std::string> row = {fixed(static_cast<double>(i) / 10, 1) + " to " +
-                                    fixed(static_cast<double>(i + 1) / 10, 1)};
-    for (const Metrics* metrics : {&given, &hidden}) {
-      const CalibrationBin& bin = metrics->bins[i];
-      const bool empty = bin.count == 0;
-      row.push_back(std::to_string(bin.count));
-      row.push_back(empty ? "-" : fixed(bin.meanProbability, 3));
-      row.push_back(empty ? "-" : fixed(bin.shareCis, 3));
-    }
-    rows.push_back(row);
-  }
-  text += markdownTable({"P_CIS_NORM", "with CG: prolines", "mean", "share cis",
-                         "CG hidden: prolines", "mean", "share cis"},
-                        rows);
-  return text + "![Calibration with CG](accuracy-calibration-cg.svg)\n"
-                "![Calibration with CG hidden](accuracy-calibration-no-cg.svg)\n\n";
 }
 
 } // namespace derive

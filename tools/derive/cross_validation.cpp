@@ -2,6 +2,9 @@
 
 #include <cmath>
 #include <cstdint>
+#include <memory>
+
+#include "tools/derive/drawing_choice.h"
 
 namespace derive {
 namespace {
@@ -34,8 +37,12 @@ Treatment treatmentOf(std::size_t experiment) {
   switch (experiment) {
   case cgHidden:
   case plainHidden:
+  case earlierHidden:
+  case chosenHidden:
     return hiding({});
   case noCb:
+  case earlierNoCb:
+  case chosenNoCb:
     return hiding({CB});
   case noHa:
     return hiding({HA});
@@ -82,8 +89,26 @@ Treatment treatmentOf(std::size_t experiment) {
   }
 }
 
-bool usesPlain(std::size_t experiment) {
-  return experiment == plainGiven || experiment == plainHidden;
+/// The tables of one fold: as they ship, with plain statistics, and by other choices.
+enum Tables : std::size_t { fitted, plain, earlier, chosen, tablesCount };
+using FoldTables = std::array<TableSet, tablesCount>;
+
+Tables tablesOf(std::size_t experiment) {
+  switch (experiment) {
+  case plainGiven:
+  case plainHidden:
+    return plain;
+  case earlierGiven:
+  case earlierHidden:
+  case earlierNoCb:
+    return earlier;
+  case chosenGiven:
+  case chosenHidden:
+  case chosenNoCb:
+    return chosen;
+  default:
+    return fitted;
+  }
 }
 
 double frequencyLogOdds(const Published& published, const Protein& protein, int residue) {
@@ -121,16 +146,19 @@ OffsetTrial tryOffsets(CoreRun& core, const Protein& protein) {
 /// The tables of one fold, in the program's hands.
 class FoldRun {
  public:
-  FoldRun(const Derivation& derivation, const TableSet& fitted, const TableSet& plain)
-      : derivation_(derivation), published_(fitted.published),
-        fittedFolder_(tableTexts(fitted, {})), plainFolder_(tableTexts(plain, {})),
-        fitted_(fittedFolder_.path()), plain_(plainFolder_.path()) {}
+  FoldRun(const Derivation& derivation, const FoldTables& tables)
+      : derivation_(derivation), published_(tables[fitted].published) {
+    for (const TableSet& set : tables) {
+      const ScratchFolder folder(tableTexts(set, {}));
+      runs_.push_back(std::make_unique<CoreRun>(folder.path()));
+    }
+  }
 
   /// Scores the prolines from `first` on that belong to one protein.
   void scoreProtein(std::vector<ScoredProline>& prolines, std::size_t first, std::size_t end) {
     const Protein& protein = derivation_.training().proteins[prolines[first].label.protein];
     for (std::size_t experiment = 0; experiment < experimentCount; ++experiment) {
-      CoreRun& core = usesPlain(experiment) ? plain_ : fitted_;
+      CoreRun& core = *runs_[tablesOf(experiment)];
       core.prepare(protein, treatmentOf(experiment));
       for (std::size_t i = first; i < end; ++i) {
         ScoredProline& proline = prolines[i];
@@ -156,16 +184,27 @@ class FoldRun {
     }
   }
 
-  OffsetTrial offsetsOf(const Protein& protein) { return tryOffsets(fitted_, protein); }
+  OffsetTrial offsetsOf(const Protein& protein) { return tryOffsets(*runs_[fitted], protein); }
 
  private:
   const Derivation& derivation_;
   const Published& published_;
-  ScratchFolder fittedFolder_;
-  ScratchFolder plainFolder_;
-  CoreRun fitted_;
-  CoreRun plain_;
+  std::vector<std::unique_ptr<CoreRun>> runs_; ///< by Tables
 };
+
+FoldTables deriveFold(const Derivation& derivation, const std::vector<bool>& use,
+                      const Progress& progress, CrossValidation& result) {
+  FoldTables tables;
+  tables[fitted] = derivation.derive(use, progress);
+  tables[plain] = tables[fitted];
+  tables[plain].statistics = tables[fitted].plainStatistics;
+  tables[plain].cisFactor = 1;
+  tables[earlier] = derivation.rederive(use, tables[fitted], {0, 0}, progress);
+  const double drawing = chooseDrawing(makeSamples(derivation.training(), use, tables[fitted]));
+  tables[chosen] = derivation.rederive(use, tables[fitted], {drawing, shippedHighestCb}, progress);
+  result.chosenDrawing.push_back(drawing);
+  return tables;
+}
 
 void runFold(const Derivation& derivation, int fold, const Progress& progress,
              CrossValidation& result) {
@@ -174,11 +213,7 @@ void runFold(const Derivation& derivation, int fold, const Progress& progress,
   for (const Protein& protein : training.proteins) {
     use.push_back(foldOf(protein.cluster) != fold);
   }
-  const TableSet tables = derivation.derive(use, progress);
-  TableSet plain = tables;
-  plain.statistics = tables.plainStatistics;
-  plain.cisFactor = 1;
-  FoldRun run(derivation, tables, plain);
+  FoldRun run(derivation, deriveFold(derivation, use, progress, result));
   auto& prolines = result.prolines;
   for (std::size_t first = 0; first < prolines.size();) {
     std::size_t end = first;
@@ -215,7 +250,10 @@ CrossValidation crossValidate(const Derivation& derivation, const Progress& prog
     proline.fold = foldOf(derivation.training().proteins[label.protein].cluster);
     result.prolines.push_back(proline);
   }
-  result.offsets.resize(derivation.training().proteins.size());
+  for (const Protein& protein : derivation.training().proteins) {
+    result.clusters.push_back(protein.cluster);
+  }
+  result.offsets.resize(result.clusters.size());
   for (int fold = 0; fold < foldCount; ++fold) {
     progress("fold " + std::to_string(fold + 1) + " of " + std::to_string(foldCount));
     runFold(derivation, fold, progress, result);

@@ -30,6 +30,13 @@ enum Experiment : std::size_t {
   amidesOnly,
   plainGiven, ///< robust means and deviations instead of the fitted ones
   plainHidden,
+  earlierGiven, ///< without the penalty that draws the forms together, CB bounded at the cis
+                ///< prolines
+  earlierHidden,
+  earlierNoCb,
+  chosenGiven, ///< with that penalty as strong as the other folds choose it
+  chosenHidden,
+  chosenNoCb,
   error27Down, ///< all carbons misreferenced by -2.7 ppm, with CG
   error10Down,
   error10Up,
@@ -75,6 +82,8 @@ struct OffsetTrial {
 struct CrossValidation {
   std::vector<ScoredProline> prolines; ///< those of the training data that are not disputed
   std::vector<OffsetTrial> offsets;    ///< by protein
+  std::vector<int> clusters;           ///< by protein
+  std::vector<double> chosenDrawing;   ///< by fold: see `chooseDrawing`
 };
 
 CrossValidation crossValidate(const Derivation& derivation, const Progress& progress);

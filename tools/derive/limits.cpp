@@ -11,9 +11,6 @@ constexpr double highShare = 0.99;
 constexpr std::size_t fewestShifts = 50;
 /// Above the highest CB of the cis prolines of the training data, ppm.
 constexpr double cisCbMargin = 0.3;
-/// Real cis prolines at 4 to 5 ppm would meet a CB curve bent by wild shifts that are bounded just
-/// above them: those are let through as far as this, ppm.
-constexpr double leastHighestCb = 8;
 /// No shift of a real spectrum lies beyond, and 9999 stays above every reader's threshold.
 constexpr Limit unbounded = {-999, 998};
 
@@ -27,7 +24,7 @@ double percentile(std::vector<double>& values, double share) {
   return values[low] + (place - std::floor(place)) * (values[high] - values[low]);
 }
 
-Limits findLimits(ShiftsByType shifts, double highestCisCb) {
+Limits findLimits(ShiftsByType shifts, double highestCisCb, double leastHighestCb) {
   Limits limits{};
   for (std::size_t atom = 0; atom < atomCount; ++atom) {
     Limit widest = {0, 0};

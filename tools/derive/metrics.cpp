@@ -62,12 +62,16 @@ void finishRates(Metrics& metrics, double hits) {
   const double right = static_cast<double>(metrics.count) - hits - missed - wrong;
   metrics.sensitivity = hits / (hits + missed);
   metrics.precision = hits / (hits + wrong);
-  const double denominator =
-      std::sqrt((hits + wrong) * (hits + missed) * (right + wrong) * (right + missed));
-  metrics.matthews = denominator > 0 ? (hits * right - wrong * missed) / denominator : 0;
+  metrics.matthews = matthews(hits, missed, wrong, right);
 }
 
 } // namespace
+
+double matthews(double hits, double missedCis, double falseCis, double rightTrans) {
+  const double denominator = std::sqrt((hits + falseCis) * (hits + missedCis) *
+                                       (rightTrans + falseCis) * (rightTrans + missedCis));
+  return denominator > 0 ? (hits * rightTrans - falseCis * missedCis) / denominator : 0;
+}
 
 Metrics measure(const std::vector<Call>& calls) {
   Metrics metrics;

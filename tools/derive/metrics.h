@@ -37,6 +37,10 @@ struct Metrics {
   std::array<CalibrationBin, calibrationBins> bins{};
 };
 
+/// Matthews correlation of calls and truth, from counts or their expectations; 0 without a
+/// denominator.
+double matthews(double hits, double missedCis, double falseCis, double rightTrans);
+
 Metrics measure(const std::vector<Call>& calls);
 
 /// Value below which a share of the values lies; not-a-number for no values.

@@ -5,7 +5,6 @@
 #include <map>
 
 #include "tools/derive/core_run.h"
-#include "tools/derive/limits.h"
 
 namespace derive {
 namespace {
@@ -112,7 +111,8 @@ Adjustments Derivation::fitAdjustmentsOf(const std::vector<bool>& use) const {
   return fitAdjustments(proteins);
 }
 
-Limits Derivation::limitsOf(const std::vector<bool>& use, const ResidueValues& adjustments) const {
+Limits Derivation::limitsOf(const std::vector<bool>& use, const ResidueValues& adjustments,
+                            double leastHighestCb) const {
   ShiftsByType shifts;
   for (std::size_t i = 0; i < secondary_.size(); ++i) {
     for (std::size_t residue = 0; use[i] && residue < secondary_[i].size(); ++residue) {
@@ -133,14 +133,14 @@ Limits Derivation::limitsOf(const std::vector<bool>& use, const ResidueValues& a
       highestCisCb = std::max(highestCisCb, static_cast<double>(cb));
     }
   }
-  return findLimits(std::move(shifts), highestCisCb);
+  return findLimits(std::move(shifts), highestCisCb, leastHighestCb);
 }
 
-void Derivation::fitStatisticsOf(const std::vector<bool>& use, TableSet& tables,
+void Derivation::fitStatisticsOf(const std::vector<bool>& use, TableSet& tables, double drawing,
                                  const Progress& progress) const {
   const std::vector<TrainingSample> samples = makeSamples(training_, use, tables);
   tables.plainStatistics = robustStatistics(samples);
-  const FittedStatistics fitted = fitStatistics(samples, tables.plainStatistics);
+  const FittedStatistics fitted = fitStatistics(samples, tables.plainStatistics, drawing);
   tables.statistics = fitted.statistics;
   tables.cisFactor = fitted.cisFactor;
   progress("statistics fitted to " + std::to_string(samples.size()) + " prolines in " +
@@ -156,8 +156,13 @@ TableSet Derivation::derive(const std::vector<bool>& use, const Progress& progre
       tables.adjustments[letter][adjustedAtoms[atom]] = adjustments[atom][letter];
     }
   }
-  tables.limits = limitsOf(use, tables.adjustments);
-  fitStatisticsOf(use, tables, progress);
+  return rederive(use, std::move(tables), {}, progress);
+}
+
+TableSet Derivation::rederive(const std::vector<bool>& use, TableSet tables, const Choice& choice,
+                              const Progress& progress) const {
+  tables.limits = limitsOf(use, tables.adjustments, choice.leastHighestCb);
+  fitStatisticsOf(use, tables, choice.drawing, progress);
   return tables;
 }
 
@@ -188,6 +193,7 @@ std::vector<TrainingSample> makeSamples(const Training& training, const std::vec
     sample.cis = proline.cis;
     sample.weight = (structure ? structureWeight : 1) *
                     std::pow(static_cast<double>(sizes[protein.cluster]), clusterPower);
+    sample.cluster = protein.cluster;
     sample.mislabelled = structure ? structureMislabelled : otherMislabelled;
     samples.push_back(sample);
   }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tools/derive/adjustments.h"
+#include "tools/derive/limits.h"
 #include "tools/derive/statistics_fit.h"
 #include "tools/derive/tables.h"
 #include "tools/derive/training.h"
@@ -15,6 +16,12 @@ namespace derive {
 /// Receives one line of progress.
 using Progress = std::function<void(const std::string&)>;
 
+/// What was chosen by cross-validation: see `fitStatistics` and `findLimits`.
+struct Choice {
+  double drawing = shippedDrawing;
+  double leastHighestCb = shippedHighestCb;
+};
+
 /// Everything a derivation starts from, and what does not depend on the selection of proteins.
 class Derivation {
  public:
@@ -24,12 +31,18 @@ class Derivation {
   /// Derives all tables from the proteins for which `use` is true.
   TableSet derive(const std::vector<bool>& use, const Progress& progress) const;
 
+  /// The same tables by another choice: with other limits and statistics, the adjustments as they
+  /// are.
+  TableSet rederive(const std::vector<bool>& use, TableSet tables, const Choice& choice,
+                    const Progress& progress) const;
+
   const Training& training() const { return training_; }
 
  private:
   Adjustments fitAdjustmentsOf(const std::vector<bool>& use) const;
-  Limits limitsOf(const std::vector<bool>& use, const ResidueValues& adjustments) const;
-  void fitStatisticsOf(const std::vector<bool>& use, TableSet& tables,
+  Limits limitsOf(const std::vector<bool>& use, const ResidueValues& adjustments,
+                  double leastHighestCb) const;
+  void fitStatisticsOf(const std::vector<bool>& use, TableSet& tables, double drawing,
                        const Progress& progress) const;
 
   const Training& training_;

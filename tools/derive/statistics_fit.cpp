@@ -94,11 +94,14 @@ double labelLoss(const TrainingSample& sample, double logOdds, double& byOdds) {
   return -sample.weight * std::log(sample.cis ? cis : 1 - cis);
 }
 
-double sampleLoss(const TrainingSample& sample, const ShiftStatistics& plain,
-                  const ShiftStatistics& now, double logFactor, std::vector<double>& gradient) {
-  double logOdds = sample.neighbourLogOdds + logFactor - logTransPerCis;
-  double cg = 0;
-  bool hasCg = false;
+/// Log odds of one sample without CG, and what CG adds.
+struct SampleOdds {
+  double withoutCg, ofCg;
+  bool hasCg;
+};
+
+SampleOdds oddsOf(const TrainingSample& sample, const ShiftStatistics& now, double logFactor) {
+  SampleOdds odds = {sample.neighbourLogOdds + logFactor - logTransPerCis, 0, false};
   for (std::size_t i = 0; i < statisticCount; ++i) {
     const double x = static_cast<double>(sample.shifts[i]);
     if (std::isnan(x) || !meetsShift(i)) {
@@ -106,15 +109,20 @@ double sampleLoss(const TrainingSample& sample, const ShiftStatistics& plain,
     }
     const double zc = (x - now[i].cisMean) / now[i].cisWidth;
     const double zt = (x - now[i].transMean) / now[i].transWidth;
-    (i == cgIndex ? cg : logOdds) += 0.5 * (zt * zt - zc * zc);
-    hasCg = hasCg || i == cgIndex;
+    (i == cgIndex ? odds.ofCg : odds.withoutCg) += 0.5 * (zt * zt - zc * zc);
+    odds.hasCg = odds.hasCg || i == cgIndex;
   }
-  double byHidden = 0;
-  double byGiven = 0;
-  const double hidden = labelLoss(sample, logOdds, byHidden);
-  const double given = labelLoss(sample, logOdds + cg, byGiven);
-  const double share = hasCg ? hiddenShare : 1;
-  backward(sample, plain, now, share * byHidden, (1 - share) * byGiven, gradient);
+  return odds;
+}
+
+/// Loss of one sample, and its derivatives by the log odds without and with CG.
+double sampleLoss(const TrainingSample& sample, const SampleOdds& odds, double& byHidden,
+                  double& byGiven) {
+  const double share = odds.hasCg ? hiddenShare : 1;
+  const double hidden = labelLoss(sample, odds.withoutCg, byHidden);
+  const double given = labelLoss(sample, odds.withoutCg + odds.ofCg, byGiven);
+  byHidden *= share;
+  byGiven *= 1 - share;
   return share * hidden + (1 - share) * given;
 }
 
@@ -222,10 +230,24 @@ double statisticsLoss(const std::vector<TrainingSample>& samples, const ShiftSta
   const ShiftStatistics now = decode(plain, parameters);
   double loss = 0;
   for (const TrainingSample& sample : samples) {
-    loss += sampleLoss(sample, plain, now, parameters[factorPlace], gradient);
+    double byHidden = 0;
+    double byGiven = 0;
+    loss += sampleLoss(sample, oddsOf(sample, now, parameters[factorPlace]), byHidden, byGiven);
+    backward(sample, plain, now, byHidden, byGiven, gradient);
   }
   loss += penaltyOfMoves(parameters, gradient);
   return loss + penaltyOfDistance(plain, parameters, drawing, gradient);
+}
+
+double heldOutLoss(const std::vector<TrainingSample>& samples, const FittedStatistics& fitted) {
+  double loss = 0;
+  for (const TrainingSample& sample : samples) {
+    double byHidden = 0;
+    double byGiven = 0;
+    const SampleOdds odds = oddsOf(sample, fitted.statistics, std::log(fitted.cisFactor));
+    loss += sampleLoss(sample, odds, byHidden, byGiven);
+  }
+  return loss;
 }
 
 FittedStatistics fitStatistics(const std::vector<TrainingSample>& samples,

@@ -27,6 +27,7 @@ struct TrainingSample {
   bool cis;
   double weight;      ///< from the trust in the label and the size of the cluster
   double mislabelled; ///< probability that the label is wrong
+  int cluster;        ///< related proteins share a number
 };
 
 struct FittedStatistics {
@@ -46,6 +47,10 @@ constexpr double shippedDrawing = 5;
 
 FittedStatistics fitStatistics(const std::vector<TrainingSample>& samples,
                                const ShiftStatistics& plain, double drawing = shippedDrawing);
+
+/// Loss of the samples under statistics that were fitted to others, without penalties, in nats
+/// times weight.
+double heldOutLoss(const std::vector<TrainingSample>& samples, const FittedStatistics& fitted);
 
 /// The objective, for tests: parameters are, for every index, cis mean, trans mean, log cis width
 /// and log trans width in penalty units, then the log of the common factor.

@@ -75,6 +75,18 @@ Source parseSource(const TextTable& table, const TextRow& row) {
   return Source::structure;
 }
 
+/// CB - CG below and above which a label from shifts is trans and cis, ppm.
+constexpr double transBelow = 6.5;
+constexpr double cisAbove = 8;
+
+void countDisputed(const LabelledProline& proline, Training& training) {
+  ++training.disputed;
+  if (proline.source == Source::both) {
+    training.contradictedCis += proline.delta < transBelow ? 1U : 0U;
+    training.contradictedTrans += proline.delta > cisAbove && proline.delta < missingFrom ? 1U : 0U;
+  }
+}
+
 void readProlines(const std::string& path, Training& training, const Places& places) {
   const TextTable table =
       TextTable::readTable(path, {"ENTRY", "RESID", "LABEL", "SOURCE", "DELTA"});
@@ -90,7 +102,7 @@ void readProlines(const std::string& path, Training& training, const Places& pla
     proline.source = parseSource(table, row);
     proline.delta = table.number(row, "DELTA");
     if (label == "disputed") {
-      ++training.disputed;
+      countDisputed(proline, training);
       continue;
     }
     if (label != "cis" && label != "trans") {

@@ -42,6 +42,9 @@ struct Training {
   std::vector<Protein> proteins;
   std::vector<LabelledProline> prolines; ///< without the disputed ones
   std::size_t disputed = 0;
+  /// Disputed prolines that are cis, or trans, by a structure, and the other form by CB - CG.
+  std::size_t contradictedCis = 0;
+  std::size_t contradictedTrans = 0;
 };
 
 /// Reads training_sequences.tab, training_shifts.tab and training_prolines.tab of a folder.

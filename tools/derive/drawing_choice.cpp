@@ -1,0 +1,29 @@
+#include "tools/derive/drawing_choice.h"
+
+#include <algorithm>
+
+#include "tools/derive/cross_validation.h"
+
+namespace derive {
+
+double chooseDrawing(const std::vector<TrainingSample>& samples) {
+  std::array<double, drawingCandidates.size()> losses{};
+  for (int fold = 0; fold < foldCount; ++fold) {
+    std::vector<TrainingSample> fitted;
+    std::vector<TrainingSample> heldOut;
+    for (const TrainingSample& sample : samples) {
+      (foldOf(sample.cluster) == fold ? heldOut : fitted).push_back(sample);
+    }
+    if (heldOut.empty() || fitted.empty()) {
+      continue;
+    }
+    const ShiftStatistics plain = robustStatistics(fitted);
+    for (std::size_t i = 0; i < drawingCandidates.size(); ++i) {
+      losses[i] += heldOutLoss(heldOut, fitStatistics(fitted, plain, drawingCandidates[i]));
+    }
+  }
+  const auto least = std::min_element(losses.begin(), losses.end());
+  return drawingCandidates[static_cast<std::size_t>(least - losses.begin())];
+}
+
+} // namespace derive
