@@ -30,7 +30,7 @@ std::string introduction(const Derivation& derivation) {
 
 std::map<std::string, std::string> accuracyDocuments(const Derivation& derivation,
                                                      const Progress& progress) {
-  const CrossValidation result = crossValidate(derivation, progress);
+  const CrossValidation result = crossValidate(derivation, Extent::otherChoices, progress);
   progress("final tables");
   const std::vector<bool> all(derivation.training().proteins.size(), true);
   const TableSet tables = derivation.derive(all, progress);

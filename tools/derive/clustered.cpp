@@ -76,6 +76,7 @@ Interval matthewsGain(const std::vector<ClusteredCall>& before,
     add(byCluster[after[i].cluster].after, countsOf(after[i].call));
   }
   std::vector<Pair> clusters;
+  clusters.reserve(byCluster.size());
   for (const auto& [cluster, pair] : byCluster) {
     clusters.push_back(pair);
   }

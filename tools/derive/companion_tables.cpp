@@ -7,7 +7,8 @@ namespace derive {
 
 std::map<std::string, std::string> companionTables(const Derivation& derivation,
                                                    const Origin& origin, const Progress& progress) {
-  const std::vector<CallStratum> strata = callStrata(crossValidate(derivation, progress));
+  const std::vector<CallStratum> strata =
+      callStrata(crossValidate(derivation, Extent::shippedChoice, progress));
   return {{"calls.tab", callTable(strata, findCallLimits(strata), origin)}};
 }
 

@@ -90,8 +90,9 @@ Treatment treatmentOf(std::size_t experiment) {
 }
 
 /// The tables of one fold: as they ship, with plain statistics, and by other choices.
-enum Tables : std::size_t { fitted, plain, earlier, chosen, tablesCount };
-using FoldTables = std::array<TableSet, tablesCount>;
+/// The last two are left out when nobody asks for them.
+enum Tables : std::size_t { fitted, plain, earlier, chosen };
+using FoldTables = std::vector<TableSet>;
 
 Tables tablesOf(std::size_t experiment) {
   switch (experiment) {
@@ -158,6 +159,9 @@ class FoldRun {
   void scoreProtein(std::vector<ScoredProline>& prolines, std::size_t first, std::size_t end) {
     const Protein& protein = derivation_.training().proteins[prolines[first].label.protein];
     for (std::size_t experiment = 0; experiment < experimentCount; ++experiment) {
+      if (tablesOf(experiment) >= runs_.size()) {
+        continue;
+      }
       CoreRun& core = *runs_[tablesOf(experiment)];
       core.prepare(protein, treatmentOf(experiment));
       for (std::size_t i = first; i < end; ++i) {
@@ -174,7 +178,7 @@ class FoldRun {
     for (std::size_t i = first; i < end; ++i) {
       residues.push_back(prolines[i].label.residue);
     }
-    std::vector<ProlineTrials> trials = tryProlines(fitted_, protein, residues);
+    std::vector<ProlineTrials> trials = tryProlines(*runs_[fitted], protein, residues);
     for (std::size_t i = first; i < end; ++i) {
       prolines[i].trials = std::move(trials[i - first]);
       const auto residue = static_cast<std::size_t>(prolines[i].label.residue);
@@ -192,28 +196,29 @@ class FoldRun {
   std::vector<std::unique_ptr<CoreRun>> runs_; ///< by Tables
 };
 
-FoldTables deriveFold(const Derivation& derivation, const std::vector<bool>& use,
+FoldTables deriveFold(const Derivation& derivation, const std::vector<bool>& use, Extent extent,
                       const Progress& progress, CrossValidation& result) {
-  FoldTables tables;
-  tables[fitted] = derivation.derive(use, progress);
-  tables[plain] = tables[fitted];
-  tables[plain].statistics = tables[fitted].plainStatistics;
-  tables[plain].cisFactor = 1;
-  tables[earlier] = derivation.rederive(use, tables[fitted], {0, 0}, progress);
-  const double drawing = chooseDrawing(makeSamples(derivation.training(), use, tables[fitted]));
-  tables[chosen] = derivation.rederive(use, tables[fitted], {drawing, shippedHighestCb}, progress);
+  const TableSet tables = derivation.derive(use, progress);
+  TableSet unfitted = tables;
+  unfitted.statistics = tables.plainStatistics;
+  unfitted.cisFactor = 1;
+  if (extent == Extent::shippedChoice) {
+    return {tables, unfitted};
+  }
+  const double drawing = chooseDrawing(makeSamples(derivation.training(), use, tables));
   result.chosenDrawing.push_back(drawing);
-  return tables;
+  return {tables, unfitted, derivation.rederive(use, tables, {0, 0}, progress),
+          derivation.rederive(use, tables, {drawing, shippedHighestCb}, progress)};
 }
 
-void runFold(const Derivation& derivation, int fold, const Progress& progress,
+void runFold(const Derivation& derivation, int fold, Extent extent, const Progress& progress,
              CrossValidation& result) {
   const Training& training = derivation.training();
   std::vector<bool> use;
   for (const Protein& protein : training.proteins) {
     use.push_back(foldOf(protein.cluster) != fold);
   }
-  FoldRun run(derivation, deriveFold(derivation, use, progress, result));
+  FoldRun run(derivation, deriveFold(derivation, use, extent, progress, result));
   auto& prolines = result.prolines;
   for (std::size_t first = 0; first < prolines.size();) {
     std::size_t end = first;
@@ -242,7 +247,8 @@ int foldOf(int cluster) {
   return static_cast<int>((x ^ (x >> 31U)) % foldCount);
 }
 
-CrossValidation crossValidate(const Derivation& derivation, const Progress& progress) {
+CrossValidation crossValidate(const Derivation& derivation, Extent extent,
+                              const Progress& progress) {
   CrossValidation result;
   for (const LabelledProline& label : derivation.training().prolines) {
     ScoredProline proline;
@@ -256,7 +262,7 @@ CrossValidation crossValidate(const Derivation& derivation, const Progress& prog
   result.offsets.resize(result.clusters.size());
   for (int fold = 0; fold < foldCount; ++fold) {
     progress("fold " + std::to_string(fold + 1) + " of " + std::to_string(foldCount));
-    runFold(derivation, fold, progress, result);
+    runFold(derivation, fold, extent, progress, result);
   }
   return result;
 }

@@ -86,6 +86,12 @@ struct CrossValidation {
   std::vector<double> chosenDrawing;   ///< by fold: see `chooseDrawing`
 };
 
-CrossValidation crossValidate(const Derivation& derivation, const Progress& progress);
+/// Whether the experiments with tables by other choices are made too; they take as long as the
+/// rest.
+enum class Extent { shippedChoice, otherChoices };
+
+/// Experiments that are not made predict nothing.
+CrossValidation crossValidate(const Derivation& derivation, Extent extent,
+                              const Progress& progress);
 
 } // namespace derive

@@ -22,8 +22,8 @@ double chooseDrawing(const std::vector<TrainingSample>& samples) {
       losses[i] += heldOutLoss(heldOut, fitStatistics(fitted, plain, drawingCandidates[i]));
     }
   }
-  const auto least = std::min_element(losses.begin(), losses.end());
-  return drawingCandidates[static_cast<std::size_t>(least - losses.begin())];
+  const auto least = std::min_element(losses.begin(), losses.end()) - losses.begin();
+  return drawingCandidates[static_cast<std::size_t>(least)];
 }
 
 } // namespace derive
