@@ -156,7 +156,7 @@ TableSet Derivation::derive(const std::vector<bool>& use, const Progress& progre
       tables.adjustments[letter][adjustedAtoms[atom]] = adjustments[atom][letter];
     }
   }
-  return rederive(use, std::move(tables), {}, progress);
+  return rederive(use, tables, {}, progress);
 }
 
 TableSet Derivation::rederive(const std::vector<bool>& use, TableSet tables, const Choice& choice,
