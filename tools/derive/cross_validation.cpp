@@ -192,7 +192,7 @@ class FoldRun {
 
  private:
   const Derivation& derivation_;
-  const Published& published_;
+  const Published published_;
   std::vector<std::unique_ptr<CoreRun>> runs_; ///< by Tables
 };
 
