@@ -227,6 +227,9 @@ class Derive(unittest.TestCase):
         # Of the disputed prolines one is cis and one trans by the structure, and one has no CB - CG.
         self.assertRegex(report, rf"contradicts 1 of {self.both('cis') + 1} cis \(\d+ %\) and\s1 of "
                                  rf"{self.both('trans') + 1} trans prolines")
+        # The made-up frequencies of neighbours differ by less than the 19 that a call of cis takes.
+        alone = next(row for row in cells if row[0] == "neighbours alone")
+        self.assertEqual(alone[9].split(", ")[0], "0")
         # CB and CG were made to part the forms: the calls must follow them.
         given = [row for row in cells if row[0] == "all"][0]
         self.assertGreater(float(given[6]), 0.9)
