@@ -156,7 +156,7 @@ std::string_view generalText(double value, GeneralText& room) {
     while (room[length - 1] == '0') {
       --length;
     }
-    length -= room[length - 1] == '.' ? 1 : 0;
+    length -= room[length - 1] == '.' ? 1U : 0U;
   }
   return {room.data(), length};
 }
