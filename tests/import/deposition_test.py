@@ -58,6 +58,8 @@ class Depositions(ImportCase):
              star21(0).replace("save_l", "save_j\n loop_\n _Residue_seq_code\n _Residue_label\n"
                                " _Coupling\n 1 SER 7.2\n 2 PRO 6.1\nstop_\nsave_\nsave_l"), "SPGC", None),
             ("assembly", copies, "SPGC", "copy 2 of 2"),
+            ("a broken list of residues, but letters", bare(rows).replace(" 2 PRO 1", " 2 PRO").replace(
+                " _Entity.ID 1", " _Entity.ID 1\n _Entity.Polymer_seq_one_letter_code SPGC"), "SPGC", "not needed"),
             ("both loops of an entity", bare(rows, "SER PRO GLY CYS")
              + loop("Mon_ID Comp_index_ID Entity_ID", ["SER 1 1", "PRO 2 1", "GLY 3 1", "CYS 4 1"],
                     "_Entity_poly_seq."), "SPGC", None),
@@ -148,6 +150,7 @@ class Depositions(ImportCase):
             ("PDB", "HEADER x\nATOM      1  N   MET A   1\n", [], "in: this is a structure"),
             ("a value too few", good.replace("1 SER CA 58", "1 SER CA"), [], "in:21:2: a row of the loop of _atom"),
             ("a value too many", good.replace("2 PRO CB 32", "2 PRO CB 32 x"), [], "in:22:14: a row of the loop"),
+            ("a sequence that cannot be read", good.replace(" 2 PRO 1", " 2 PRO"), [], "in:9:2: a row of the loop of _entity"),
             ("an open text", "data_1\n _a\n;text\n" + good, [], "in:3:1: the text field that begins here"),
             ("no such entity", good, ["--entity", "7"], "no shifts of entity 7; there are entity 1, list (l)"),
             ("no such chain", nef(), ["--entity", "X"], "no shifts of chain X; there are chain A"),

@@ -47,8 +47,10 @@ void addMolecule(const StarDocument& document, const StarFrame& frame, Depositio
   const std::string thiols = frame.tag({"_mol_thiol_state"});
   polymer.allDisulfide = wording::allOxidised(thiols);
   polymer.saysThiols = wording::saysThiols(thiols);
+  const std::string letters = frame.tag({"_mol_residue_sequence"});
   for (const StarLoop& loop : frame.loops) {
-    if (!isSequence(loop) || !polymer.residues.empty()) {
+    const bool spare = !loop.broken.empty() && !letters.empty();
+    if (!isSequence(loop) || spare || !polymer.residues.empty()) {
       continue;
     }
     StarRows rows(document, loop,
@@ -59,7 +61,7 @@ void addMolecule(const StarDocument& document, const StarFrame& frame, Depositio
     }
   }
   if (polymer.residues.empty()) {
-    polymer.residues = residuesFromLetters(frame.tag({"_mol_residue_sequence"}));
+    polymer.residues = residuesFromLetters(letters);
   }
   deposition.polymers.push_back(std::move(polymer));
 }

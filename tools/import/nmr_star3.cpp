@@ -19,7 +19,7 @@ void addSequence(const StarDocument& document, const StarLoop& loop, const std::
                  std::initializer_list<const char*> nameTags,
                  std::initializer_list<const char*> indexTags, const char* authorTag,
                  const char* entityTag, Deposition& deposition) {
-  if (loop.column(nameTags) < 0 || loop.column(indexTags) < 0) {
+  if (loop.column(nameTags) < 0 || loop.column(indexTags) < 0 || !loop.broken.empty()) {
     return;
   }
   std::map<std::string, std::vector<Residue>> added;
@@ -110,7 +110,7 @@ void addCopies(const StarDocument& document, const StarBlock& frames, CopyEntiti
   Polymer oxidised;
   for (const StarFrame& frame : frames) {
     for (const StarLoop& loop : frame.loops) {
-      if (loop.has("_chem_comp_assembly.comp_id")) {
+      if (usable(loop, "_chem_comp_assembly.comp_id")) {
         readCopies(document, loop, entities, copies, oxidised);
       }
     }
@@ -136,6 +136,21 @@ void addCopies(const StarDocument& document, const StarBlock& frames, CopyEntiti
     }
     if (sameNames(polymer.residues, residues)) {
       polymer.copies[copy] = residues;
+    }
+  }
+}
+
+/// Refuses a deposition whose sequence is lost with a broken loop.
+void requireSequence(const StarDocument& document, const StarBlock& frames,
+                     const Deposition& deposition) {
+  const bool any = std::any_of(deposition.polymers.begin(), deposition.polymers.end(),
+                               [](const Polymer& polymer) { return !polymer.residues.empty(); });
+  for (const StarFrame& frame : frames) {
+    for (const StarLoop& loop : frame.loops) {
+      if (!any && loop.column({"_entity_comp_index.comp_id", "_entity_poly_seq.mon_id",
+                               "_chem_comp_assembly.comp_id"}) >= 0) {
+        StarRows(document, loop, {}); // which throws for a broken loop
+      }
     }
   }
 }
@@ -270,6 +285,7 @@ Deposition readNmrStar3(const StarDocument& document, const StarBlock& frames) {
   }
   deposition.copyEntities = assemblyEntities(document, frames);
   addCopies(document, frames, deposition.copyEntities, deposition);
+  requireSequence(document, frames, deposition);
   const std::map<std::string, std::string> conditions = allConditions(document, frames);
   for (const StarFrame& frame : frames) {
     for (const StarLoop& loop : frame.loops) {
