@@ -18,21 +18,24 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     pointers.push_back(argument.data());
   }
   CITRANS citrans;
+  std::string printed;
+  citrans.errors = [&printed](std::string_view text) { printed += text; };
   CITRANS::Options options;
   const fuzzing::Outcome outcome = fuzzing::run([&] {
     options = readCommandLine(citrans, static_cast<int>(pointers.size()), pointers.data());
     citrans.setArgs(options);
   });
   require(outcome.end != fuzzing::End::outOfRange && outcome.status == 0, "no other end");
-  require(fuzzing::plainMessages(outcome.messages), "plain messages");
+  printed += outcome.messages;
+  require(fuzzing::plainMessages(printed), "plain messages");
   for (const auto& [name, value] : options) {
     require(citrans.acceptsOption(name), "accepted names");
     require(value == GDB::simplifyWhiteSpace(value), "tidy values");
   }
   if (outcome.end == fuzzing::End::refused) {
-    const bool help = outcome.messages.rfind("General Options:", 0) == 0;
-    const bool refusal = outcome.messages.rfind(" Invaid arg name -", 0) == 0 &&
-                         std::count(outcome.messages.begin(), outcome.messages.end(), '\n') == 1;
+    const bool help = printed.rfind("General Options:", 0) == 0;
+    const bool refusal = printed.rfind(" Invaid arg name -", 0) == 0 &&
+                         std::count(printed.begin(), printed.end(), '\n') == 1;
     require(help || refusal, "the usage text or one line");
   } else {
     require(citrans.sumName.compare(0, citrans.sumBase.size(), citrans.sumBase) == 0, "base name");

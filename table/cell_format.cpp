@@ -32,22 +32,23 @@ std::string withShortNumbers(const std::string& conversion) {
   return cut;
 }
 
-/// Decimals of a number that printf prints as it stands, but for zeros at its end: a plain decimal
-/// such as -12.345 of no more digits than survive the way through a double. -1 for any other text.
-int decimalsAsTheyStand(std::string_view text) {
+/// Whether printf prints the text itself, but for zeros at its end, with so many decimals: a plain
+/// decimal such as -12.345 that has no more of them, and not more digits with the zeros than
+/// survive the way through a double.
+bool printsAsItStands(std::string_view text, std::size_t precision, std::size_t& decimals) {
   constexpr std::size_t exactDigits = 15;
   const std::string_view digits = text.substr(text.substr(0, 1) == "-" ? 1 : 0);
-  const std::size_t point = std::min(digits.find('.'), digits.size());
-  const bool zeros = point > 1 && digits[0] == '0';
-  if (point == 0 || zeros || digits.size() > exactDigits) {
-    return -1;
+  const std::size_t point = digits.find('.');
+  if (point == std::string_view::npos || point == 0 || (point > 1 && digits[0] == '0')) {
+    return false;
   }
   for (std::size_t at = 0; at < digits.size(); ++at) {
     if (at != point && !GDB::isDigit(digits[at])) {
-      return -1;
+      return false;
     }
   }
-  return static_cast<int>(digits.size() - std::min(point + 1, digits.size()));
+  decimals = digits.size() - point - 1;
+  return decimals > 0 && decimals <= precision && point + precision <= exactDigits;
 }
 
 #pragma GCC diagnostic push
@@ -141,17 +142,15 @@ void CellFormat::appendNumber(std::string& out, std::string_view cell) const {
 
 /// Most cells of a shift table: to read and print their numbers would take twice as long.
 bool CellFormat::appendAsItStands(std::string& out, std::string_view cell) const {
-  const int decimals = decimalsAsTheyStand(cell);
-  if (!plain_ || decimals < 1 || decimals > precision_) {
+  const std::size_t precision = static_cast<std::size_t>(std::max(precision_, 0));
+  std::size_t decimals = 0;
+  if (!plain_ || !printsAsItStands(cell, precision, decimals)) {
     return false;
   }
   FixedText text;
-  const std::size_t zeros = static_cast<std::size_t>(precision_ - decimals);
-  if (cell.size() + zeros > text.size()) {
-    return false;
-  }
-  std::fill_n(text.begin() + cell.copy(text.data(), cell.size()), zeros, '0');
-  appendPadded(out, {text.data(), cell.size() + zeros});
+  char* const end = text.data() + cell.copy(text.data(), text.size());
+  std::fill_n(end, precision - decimals, '0');
+  appendPadded(out, {text.data(), cell.size() + precision - decimals});
   return true;
 }
 

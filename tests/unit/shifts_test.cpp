@@ -104,8 +104,8 @@ TEST(Shifts, TheRangeIsLimitedToTheRows) {
     run.firstResID = row.first;
     run.lastResID = row.last;
     prepare(run, "AAAA", "3 A CA 50\n2 A CA 50\n"); // 3, the highest, is raised towards N = 4
-    EXPECT_EQ(run.firstResID, row.limitedFirst);
-    EXPECT_EQ(run.lastResID, row.limitedLast);
+    EXPECT_EQ(run.firstInRange, row.limitedFirst);
+    EXPECT_EQ(run.lastInRange, row.limitedLast);
   }
 }
 
