@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -177,15 +178,18 @@ class CITRANS {
   std::string sumBase = "pred";     ///< summary output up to its last "."
   std::string randName, adjName, prevName, nextName, limitsName, isoName; ///< tables of shifts/
   std::string proCSName, proSeqName;                                      ///< tables of predict/
-  int firstResID = 1;                   ///< first residue asked for
-  int lastResID = 9999;                 ///< last residue asked for
-  bool clipOn = true;                   ///< bound extreme secondary shifts
-  bool reportClip = false;              ///< report each bounded shift; no option sets it
-  bool checkOnly = false;               ///< stop after the shift check
-  bool quiet = true;                    ///< no listing of predictions
-  bool noPath = true;                   ///< progress messages without file names
-  bool isoOn = false;                   ///< correct for deuteration
-  bool offsetOn = false;                ///< remove estimated referencing offsets
+  int firstResID = 1;      ///< first residue asked for
+  int lastResID = 9999;    ///< last residue asked for
+  bool clipOn = true;      ///< bound extreme secondary shifts
+  bool reportClip = false; ///< report each bounded shift; no option sets it
+  bool checkOnly = false;  ///< stop after the shift check
+  bool quiet = true;       ///< no listing of predictions
+  bool noPath = true;      ///< progress messages without file names
+  bool isoOn = false;      ///< correct for deuteration
+  bool offsetOn = false;   ///< remove estimated referencing offsets
+  /// Loads a table of the database by its name; the default opens the file. A caller that has the
+  /// tables elsewhere puts its own in place before `loadDatabase`.
+  std::function<void(GDB&, const std::string&)> readTable = &GDB::loadGDB;
   std::vector<std::string> argNames;    ///< accepted option names
   std::map<int, std::string> atomNames; ///< 1 "N", 2 "HA", 3 "C", 4 "CA", 5 "CB", 6 "HN"
   TextSink out = toStandardOutput;      ///< takes progress, findings and the listing
@@ -214,10 +218,12 @@ class CITRANS {
   std::map<int, int> missCount; ///< atoms without an input row, 0 to 6
   /// Random coil and corrections, ppm, residue 1 first, in the order of `atomNames`.
   std::vector<AtomValues> adjustments;
-  std::map<int, float> cgShifts;       ///< observed CG, ppm, or shift::missing
-  ShiftCheck shiftCheck;               ///< outliers and the estimates behind `offsets`
-  FloatByAtom offsets;                 ///< referencing offsets by CA, CB, HA, C, ppm
-  PDB reference;                       ///< the structure to compare with
+  std::map<int, float> cgShifts; ///< observed CG, ppm, or shift::missing
+  ShiftCheck shiftCheck;         ///< outliers and the estimates behind `offsets`
+  FloatByAtom offsets;           ///< referencing offsets by CA, CB, HA, C, ppm
+  /// The structure to compare with. It is read from the file `refName`, unless it is there under
+  /// that name already.
+  PDB reference;
   std::vector<Prediction> predictions; ///< by residue number
   GDB summary;                         ///< the same as the table that is written
 

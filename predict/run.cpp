@@ -19,7 +19,7 @@ void CITRANS::predictInput() {
 void CITRANS::predictProlines() {
   predictions.clear();
   setUpSummary();
-  if (!refName.empty()) {
+  if (!refName.empty() && reference.fileName != refName) {
     reference.loadPDB(refName);
   }
   for (const int proline : prolinesInRange()) {

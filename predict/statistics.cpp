@@ -2,7 +2,8 @@
 #include "table/number.h"
 
 void CITRANS::getProCSValue(const std::string& fileName) {
-  const GDB table(fileName);
+  GDB table;
+  readTable(table, fileName);
   for (std::size_t row = 0; row < table.rowCount(); ++row) {
     const int index = parseInt(table.cell(row, "index"));
     proAvgCis[index] = parseFloat(table.cell(row, "avg_cis"));
@@ -13,7 +14,8 @@ void CITRANS::getProCSValue(const std::string& fileName) {
 }
 
 void CITRANS::getProSeqOccurence(const std::string& fileName) {
-  const GDB table(fileName);
+  GDB table;
+  readTable(table, fileName);
   for (std::size_t row = 0; row < table.rowCount(); ++row) {
     const std::string name(table.cell(row, "resname"));
     proCisSeq[name][1] = parseFloat(table.cell(row, "cis_prev"));

@@ -49,13 +49,13 @@ void CITRANS::reportReading(const char* what, const std::string& name) const {
 
 void CITRANS::loadTable(GDB& table, const char* what, const std::string& name) const {
   reportReading(what, name);
-  table.loadGDB(name);
+  readTable(table, name);
 }
 
 void CITRANS::loadIsotopeCorrections() {
   // Kept: the message names the neighbour table, not the isotope table.
   reportReading("2H Isotope Correction Table", proSeqName);
-  isoTable.loadGDB(isoName);
+  readTable(isoTable, isoName);
   for (std::size_t row = 0; row < isoTable.rowCount(); ++row) {
     FloatByAtom& corrections = isoAdj[std::string(isoTable.cell(row, "RESNAME"))];
     corrections["CA"] = parseFloat(isoTable.cell(row, "CA"));
