@@ -1,29 +1,19 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "app/settings.h"
 #include "predict/prediction.h"
 #include "shifts/shift_check.h"
+#include "shifts/shift_values.h"
 #include "structure/pdb.h"
 #include "table/gdb.h"
 #include "table/run_end.h"
-#include "table/text_sink.h"
-
-/// Chemical shifts in ppm that stand for "no value", and the limits by which readers know them.
-namespace shift {
-/// A shift of this size or more is no shift. All readers but the likelihood test against it.
-constexpr double missingFrom = 999.0;
-/// Written for a missing secondary shift, a missing CG and an unknown random-coil value.
-constexpr float missing = 9999.0F;
-/// The likelihood skips secondary shifts above this one.
-constexpr float largestPredicted = 99.0F;
-} // namespace shift
 
 /// One prediction run: its settings, the tables it reads, the per-residue data it derives and the
 /// prediction itself.
@@ -49,7 +39,7 @@ constexpr float largestPredicted = 99.0F;
 /// What ends the program ends a run as a `RunEnd` with the same message and status: an input or a
 /// file that is refused, the usage text, a check alone. Tables and structures may throw
 /// std::out_of_range besides. One object is for one thread at a time.
-class CITRANS {
+class CITRANS : public Settings {
  public:
   using Options = std::map<std::string, std::string>;
   /// Names and secondary shifts of three consecutive residues as text, by keys such as
@@ -164,37 +154,6 @@ class CITRANS {
   static char* ftoa(float value, char* buf, char format, int precision);
   /// Decimal text of a number, whatever the base. \return buf
   static char* itoa(int value, char* buf, int base);
-
-  // --- settings (see setArgs) ----------------------------------------------------------------
-
-  std::string citransDir;           ///< database directory
-  std::string pathSep;              ///< between directory and file name
-  std::string tabDir;               ///< directory of the reference tables
-  std::string inName;               ///< input table
-  std::string inTitle = "None";     ///< its title in outputs
-  std::string refName;              ///< reference structure; empty for none
-  std::string refTitle = "None";    ///< its title in outputs
-  std::string sumName = "pred.tab"; ///< summary output
-  std::string sumBase = "pred";     ///< summary output up to its last "."
-  std::string randName, adjName, prevName, nextName, limitsName, isoName; ///< tables of shifts/
-  std::string proCSName, proSeqName;                                      ///< tables of predict/
-  int firstResID = 1;      ///< first residue asked for
-  int lastResID = 9999;    ///< last residue asked for
-  bool clipOn = true;      ///< bound extreme secondary shifts
-  bool reportClip = false; ///< report each bounded shift; no option sets it
-  bool checkOnly = false;  ///< stop after the shift check
-  bool quiet = true;       ///< no listing of predictions
-  bool noPath = true;      ///< progress messages without file names
-  bool isoOn = false;      ///< correct for deuteration
-  bool offsetOn = false;   ///< remove estimated referencing offsets
-  /// Loads a table of the database by its name; the default opens the file. A caller that has the
-  /// tables elsewhere puts its own in place before `loadDatabase`.
-  std::function<void(GDB&, const std::string&)> readTable = &GDB::loadGDB;
-  std::vector<std::string> argNames;    ///< accepted option names
-  std::map<int, std::string> atomNames; ///< 1 "N", 2 "HA", 3 "C", 4 "CA", 5 "CB", 6 "HN"
-  TextSink out = toStandardOutput;      ///< takes progress, findings and the listing
-  TextSink errors = toStandardError;    ///< takes banner, usage text and warnings
-  bool writesFiles = true;              ///< whether the two tables are saved
 
   // --- tables ----------------------------------------------------------------------------------
 

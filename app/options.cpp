@@ -42,15 +42,14 @@ std::string separatorIn(const std::string& text) {
 
 } // namespace
 
-CITRANS::CITRANS()
-    : argNames(std::begin(acceptedNames), std::end(acceptedNames)), atomNames{
-                                                                        {1, "N"},  {2, "HA"},
-                                                                        {3, "C"},  {4, "CA"},
-                                                                        {5, "CB"}, {6, "HN"}} {
+CITRANS::CITRANS() {
+  argNames.assign(std::begin(acceptedNames), std::end(acceptedNames));
   findDatabase();
 }
 
-CITRANS::CITRANS(std::string inputName) : inName(std::move(inputName)) {}
+CITRANS::CITRANS(std::string inputName) {
+  inName = std::move(inputName);
+}
 
 void CITRANS::keepSilent() {
   out = errors = toNowhere;

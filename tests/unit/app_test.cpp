@@ -87,6 +87,7 @@ TEST(App, OptionsBecomeSettings) {
       {{{"ref", "none"}}, &CITRANS::refName, ""},
       {{{"ref", "none"}}, &CITRANS::refTitle, "None"},
       {{{"out", "res.tab"}, {"sum", "other.tab"}}, &CITRANS::sumName, "res.tab"},
+      {{{"out", "res.tab"}, {"sum", "other.tab"}}, &CITRANS::sumBase, "res"},
       {{{"sum", "a.b/c"}}, &CITRANS::sumBase, "a"},
       {{{"sum", "plain"}}, &CITRANS::sumBase, "plain"},
   };
@@ -128,6 +129,9 @@ TEST(App, TheDatabaseIsFoundThroughTheEnvironment) {
   for (const auto& row : rows) {
     const Environment directory("CITRANS_DIR", row.directory);
     const Environment path("PATH", row.path);
-    EXPECT_EQ(CITRANS().tabDir, row.tables);
+    CITRANS run;
+    EXPECT_EQ(run.tabDir, row.tables);
+    run.setArgs({});
+    EXPECT_EQ(run.randName, row.tables + run.pathSep + "randcoil.tab");
   }
 }

@@ -95,6 +95,29 @@ TEST(Shifts, RowsKeepTheirNamesAndProlinesTheirSilence) {
                          "shift table (G)\n");
 }
 
+TEST(Shifts, OddRowsOfAProline) {
+  const struct {
+    const char* row;
+    const char* atom;
+    const char* secondary;
+    float cg;
+  } cases[] = {{"2 P H 8.5", "H", "9999", 9999},
+               {"2 P HN 8.5", "HN", "9999", 9999},
+               {"2 P CG 0", "CA", "9999", 0},
+               {"2 P CG 500", "CA", "9999", 500},
+               {"2 P CG 9999", "CA", "9999", 9999}};
+  for (const auto& row : cases) {
+    CITRANS run;
+    run.offsetOn = true;
+    run.offsets = {{"CA", 1.0F}, {"C", 1.0F}};
+    prepare(run, "AP", std::string(row.row) + "\n2 P C 178\n");
+    EXPECT_EQ(cellOf(run, 2, row.atom), row.secondary) << row.row;
+    // The offset of C comes off every CG that is neither 0 nor missing.
+    const float left = row.cg == 0 || row.cg > 999 ? row.cg : row.cg - 1;
+    EXPECT_EQ(run.cgShifts[2], left) << row.row;
+  }
+}
+
 TEST(Shifts, TheRangeIsLimitedToTheRows) {
   const struct {
     int first, last, limitedFirst, limitedLast;
@@ -112,16 +135,17 @@ TEST(Shifts, TheRangeIsLimitedToTheRows) {
 TEST(Shifts, AProlinesCgLosesTheOffsetOfEachOfItsShifts) {
   CITRANS run;
   run.offsetOn = true;
-  run.offsets = {{"CA", 0.5F}, {"CB", 0.5F}, {"C", 0.25F}};
+  run.offsets = {{"CA", 0.5F}, {"CB", 0.5F}, {"C", 0.25F}, {"HA", 0.125F}};
   const Outcome outcome = prepare(run, "AP",
                                   "1 A CA 51\n1 A HA 4.5\n1 A CG 20\n"
                                   "2 PRO CA 64\n2 PRO CB 32\n2 PRO C 178\n2 P CG 27\n");
-  EXPECT_EQ(cellOf(run, 1, "CA") + " " + cellOf(run, 1, "HA"), "0.5 0.5");
+  EXPECT_EQ(cellOf(run, 1, "CA") + " " + cellOf(run, 1, "HA"), "0.5 0.375");
   EXPECT_EQ(cellOf(run, 2, "C") + " " + cellOf(run, 2, "C", "CS_OBS"), "0.75 178");
   EXPECT_EQ(run.cgShifts[1], 20.0F);
   EXPECT_EQ(run.cgShifts[2], 25.75F) << "kept: 27 - 0.5 - 0.5 - 0.25";
   EXPECT_EQ(outcome.err,
             "  0.500 ppm referencing offset applied for 13Ca and 13Cb chemical shifts\n"
+            "  0.125 ppm referencing offset applied for 1Ha chemical shifts\n"
             "  0.250 ppm referencing offset applied for 13C' chemical shifts\n");
 }
 
@@ -190,6 +214,7 @@ TEST(Shifts, AnOffsetNeedsTenPointsInASetAndElevenInAll) {
     const char* name;
     double ca, ha, c;
     bool shortage;
+    double spread = 0.001; // of the shifts about 5 ppm; 0 leaves the fits without an error
   } rows[] = {{11, 0, "A", 4.906, 4.911, 5.272, false},
               {0, 11, "A", 4.541, 5.008, 4.774, false},
               {10, 0, "A", none, none, none, false},
@@ -197,6 +222,7 @@ TEST(Shifts, AnOffsetNeedsTenPointsInASetAndElevenInAll) {
               {9, 9, "A", none, none, none, true},
               {0, 0, "A", none, none, none, false},
               {20, 10, "A", 143.53 / 30, 148.30 / 30, 153.18 / 30, false}, // weighted means
+              {11, 11, "A", none, none, none, false, 0},
               {20, 10, "P", none, none, none, false},
               {20, 10, "c", none, none, none, false}};
   for (const auto& row : rows) {
@@ -208,7 +234,7 @@ TEST(Shifts, AnOffsetNeedsTenPointsInASetAndElevenInAll) {
       const int place = i < row.negative ? i : i - row.negative;
       const int step = place + 1 == count && place % 2 != 0 ? 0 : (place + 1) / 2; // from the mean
       const double size = 8 + (place % 2 != 0 ? -0.25 : 0.25) * step;
-      const double ca = 5 + (place % 3 - 1) * 0.001;
+      const double ca = 5 + (place % 3 - 1) * row.spread;
       run.sequence[residue] = row.name;
       addShift(run, residue, "CA", ca);
       addShift(run, residue, "CB", ca - (i < row.negative ? -size : size));

@@ -302,6 +302,60 @@ TEST(Table, SequencesAreWrittenInLinesOf55) {
   }
 }
 
+TEST(Table, SequencesAreReadBackAsTheyWereCut) {
+  const std::string full(55, 'A');
+  const struct {
+    std::string items;
+    std::string letters;
+  } rows[] = {{"DATA SEQUENCE " + full + "C\n", full + "C"},
+              {"DATA SEQUENCE AC\nDATA SEQUENCE DE\n", "ACDE"},
+              // Kept: the line without letters reads as the letters of its key.
+              {"DATA SEQUENCE " + full + "\n", full + "SEQUENCE"}};
+  for (const auto& row : rows) {
+    GDB table;
+    table.loadText(row.items);
+    GDB again;
+    again.loadText(table.text());
+    std::string letters;
+    for (const auto& [number, name] : again.residueNames()) {
+      letters += name;
+    }
+    EXPECT_EQ(letters, row.letters);
+  }
+  GDB table;
+  table.loadText("DATA FIRST_RESID 7\nDATA SEQUENCE A\n");
+  EXPECT_EQ(table.getResidName(7) + table.getResidName(8), "A");
+  EXPECT_EQ(table.residueNames().size(), 2U) << "kept: asking for a residue makes it";
+}
+
+TEST(Table, ACopyIsATableOfItsOwn) {
+  GDB table;
+  table.loadText("REMARK r\nVARS A B\nFORMAT %s %d\nx 1\ny 2\n");
+  GDB copy = table;
+  const std::string text = copy.text();
+  copy.setEntry(1, "A", "changed");
+  copy.addEntry("A", "new");
+  EXPECT_EQ(table.text(), text);
+  table = GDB(); // what both shared stays with the copy
+  EXPECT_EQ(copy.getEntry("A", "changed", 1)["B"] + copy.getEntry("A", "y", 1)["B"], "12");
+  EXPECT_EQ(copy.getEntryCount(), 3);
+}
+
+TEST(Table, KnownClassesDeclareTheirColumns) {
+  GDB table;
+  table.presetClass("KESLO_PRED");
+  EXPECT_EQ(table.className() + " " + table.columnNames()[8], "KESLO_PRED SOURCE");
+  EXPECT_TRUE(table.isVarInt("INDEX") && table.isVarFloat("W") && table.isVarString("R1"));
+  table.presetClass("keslo_shift");
+  EXPECT_EQ(table.columnCount(), 9U) << "any other name does nothing";
+  table.VARS_str_parser("A B");
+  EXPECT_TRUE(table.isVarFloat(2)) << "formats are left over";
+  EXPECT_FALSE(table.isVarInt("C") || table.isVarFloat("C") || table.isVarString("C"));
+  EXPECT_FALSE(table.isVarFloat(9) || table.isVarFloat(-1));
+  table.FORMAT_str_parser("%d");
+  EXPECT_FALSE(table.isVarInt(0)) << "a FORMAT of another length leaves none";
+}
+
 TEST(Table, ASavedTableReadsBackTheSame) {
   const std::string text = "REMARK one\nREMARK \n\nDATA FIRST_RESID 3\nDATA SEQUENCE ACD\n\n"
                            "VARS   A B C \nFORMAT %-5s %4d  %8.3f\n\n"
