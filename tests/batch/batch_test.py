@@ -5,6 +5,7 @@ usage: batch_test.py CITRANS_BATCH CITRANS SOURCE_ROOT
 """
 import json
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -136,6 +137,34 @@ class Batch(unittest.TestCase):
         for _ in range(2):
             self.assertEqual(self.run_batch(self.inputs, "-o", out).returncode, 0)
             self.assertNotIn(out, self.read("in/out"))
+
+    def test_pages_and_their_list(self):
+        twin = os.path.join(self.inputs, "sub")
+        os.mkdir(twin)
+        self.write(os.path.join("in", "sub", "2.str"), "data_good\n")
+        hostile = "<b onclick=x>&.tab"
+        shutil.copy(self.example, os.path.join(self.inputs, hostile))
+        # The second time the pages of the first are in the folder of inputs.
+        for resume in ([], ["--resume"]):
+            done = self.run_batch(self.inputs, "--report", self.path("in/r"), "-o", self.path("out"),
+                                  *resume)
+            self.assertEqual(done.returncode, 0, done.stderr)
+        pages = sorted(os.listdir(self.path("in/r/pages")))
+        self.assertEqual(len(pages), 8)  # four good entries, a page and its data each
+        index = self.read("in/r/index.html")
+        links = re.findall(r'<td><a href="([^"]*)">', index)
+        self.assertEqual(sorted("pages/" + name for name in pages if name.endswith(".html")),
+                         sorted(links))
+        self.assertEqual(index.count("<tr data-kinds"), 8)
+        self.assertEqual(index.count('data-kinds="all failed"'), 4)
+        self.assertIn("import: x:3: no shifts", index)
+        self.assertNotIn("<b ", index)
+        self.assertNotIn(self.folder, index)
+        with open(self.path("in/r/" + next(link for link in links if "2.str" in link))) as page:
+            self.assertIn(">Pro182<", page.read())
+        self.write("blocked", "")
+        blocked = self.run_batch(self.inputs, "--report", self.path("blocked"))
+        self.assertEqual((blocked.returncode, blocked.stdout), (73, ""))
 
     def test_an_entry_that_hangs_is_ended(self):
         slow = self.write("slow.str", "data_hangs\n")

@@ -1,11 +1,12 @@
 """Show pages in headless Chromium and fail on what a reader would stumble over.
 
-    render.py PAGE.html... [--pictures FOLDER]
+    render.py PAGE.html... [--pictures FOLDER] [--axe axe.min.js]
 
 Every page is shown wide, narrow (320 and 390 px), dark and as on paper. A page fails when it is
 wider than its window, when it holds text of less than 11 px as shown (7.5 pt on paper), when a text of a picture leaves the
 picture, when it logs anything (errors of scripts, refused requests), or when it asks for anything
-but itself. With --pictures, what was seen is kept as PNG files.
+but itself. With --pictures, what was seen is kept as PNG files; with --axe, axe-core looks at every
+page too, and a page fails when it finds anything.
 
 Chromium is spoken to over a pipe (its DevTools protocol), with a profile of its own. Exit status:
 0 fine, 1 a fault, 77 no Chromium here.
@@ -130,6 +131,14 @@ class Browser:
     def probe(self):
         return self.send("Runtime.evaluate", expression=PROBE, returnByValue=True)["result"]["value"]
 
+    def evaluate(self, expression):
+        """The value of an expression, waited for when it is a promise."""
+        answer = self.send("Runtime.evaluate", expression=expression, awaitPromise=True,
+                           returnByValue=True)
+        if "exceptionDetails" in answer:
+            raise RuntimeError(json.dumps(answer["exceptionDetails"]))
+        return answer["result"].get("value")
+
     def picture(self):
         shot = self.send("Page.captureScreenshot", format="png", captureBeyondViewport=True)
         return base64.b64decode(shot["data"])
@@ -160,12 +169,19 @@ def logged(events, url):
     return faults
 
 
-def check(browser, page, pictures):
+AXE = """axe.run(document, {resultTypes: ['violations']}).then(result => result.violations.map(
+  found => `axe: ${found.id}: ${found.nodes[0].html.slice(0, 120)}`))"""
+
+
+def check(browser, page, pictures, axe):
     faults = []
     url = page.resolve().as_uri()
     for name, view in VIEWS.items():
         browser.show(url, **view)
         found = browser.probe() + logged(browser.events, url)
+        if axe and name in ("wide", "narrow", "dark"):
+            browser.evaluate(axe)
+            found += browser.evaluate(AXE)
         faults += [f"{page.name}, {name}: {fault}" for fault in found]
         if pictures:
             pictures.mkdir(parents=True, exist_ok=True)
@@ -180,27 +196,34 @@ def find_chromium():
     return None
 
 
-def check_pages(pages, pictures=None):
-    """Faults of all pages; None when there is no Chromium."""
+def check_pages(pages, pictures=None, axe=None):
+    """Faults of all pages; None when there is no Chromium. `axe` is the source of axe-core."""
     program = find_chromium()
     if program is None:
         return None
     with tempfile.TemporaryDirectory(prefix="render-", ignore_cleanup_errors=True) as profile:
         browser = Browser(program, profile)
         try:
-            return [fault for page in pages for fault in check(browser, page, pictures)]
+            return [fault for page in pages for fault in check(browser, page, pictures, axe)]
         finally:
             browser.close()
 
 
+def taken(arguments, option):
+    """The path after an option, which is taken out; None without it."""
+    if option not in arguments:
+        return None
+    at = arguments.index(option)
+    path = pathlib.Path(arguments[at + 1])
+    del arguments[at:at + 2]
+    return path
+
+
 def main():
     arguments = sys.argv[1:]
-    pictures = None
-    if "--pictures" in arguments:
-        at = arguments.index("--pictures")
-        pictures = pathlib.Path(arguments[at + 1])
-        del arguments[at:at + 2]
-    faults = check_pages([pathlib.Path(name) for name in arguments], pictures)
+    pictures, axe = taken(arguments, "--pictures"), taken(arguments, "--axe")
+    faults = check_pages([pathlib.Path(name) for name in arguments], pictures,
+                         axe and axe.read_text())
     if faults is None:
         print("skipped: no Chromium (apt-get install chromium)")
         return 77

@@ -33,6 +33,7 @@ struct Options {
 void declareOptions(CLI::App& app, Options& options) {
   options.run.citrans = programBeside("citrans");
   options.run.importer = programBeside("citrans-import");
+  options.run.pages.report = programBeside("citrans-report");
   app.set_version_flag("--version", versionLine(program));
   app.add_option("inputs", options.inputs, "files and folders: NMR-STAR, NEF or tables");
   app.add_option("--list", options.list, "file with one input a line; - for standard input");
@@ -54,6 +55,8 @@ void declareOptions(CLI::App& app, Options& options) {
   app.add_flag("--noclip", options.noclip, "run citrans with -noclip");
   app.add_option("--journal", options.journal,
                  "file for results so far (default: the output's name and .journal, none for -)");
+  app.add_option("--report", options.run.pages.folder,
+                 "folder for a page about each entry and index.html, the list of them");
   app.add_option("--citrans", options.run.citrans, "the program to run");
   app.add_option("--import", options.run.importer, "the importer to run");
 }
@@ -66,6 +69,9 @@ void passOn(Options& options) {
       options.run.options.emplace_back(name);
     }
   }
+  options.run.pages.citrans = options.run.citrans;
+  options.run.pages.options = options.run.options;
+  options.run.pages.seconds = options.run.seconds;
   if (options.journal.empty() && options.output != "-") {
     options.journal = options.output + ".journal";
   }
@@ -77,6 +83,8 @@ std::string settingsText(const Options& options) {
   for (const std::string& option : options.run.options) {
     text += " " + option;
   }
+  // A stored result has its page only where it was made.
+  text += options.run.pages.folder.empty() ? "" : " --report " + options.run.pages.folder;
   return text;
 }
 
@@ -117,13 +125,22 @@ int runBatch(int argc, char** argv) {
   }
   passOn(options);
   const std::vector<std::string> outputs = {options.output, options.journal};
-  const std::vector<Entry> entries = collectEntries(options.inputs, options.list, outputs);
+  std::vector<Entry> entries = collectEntries(options.inputs, options.list, outputs);
+  if (!options.run.pages.folder.empty()) {
+    leaveOutPages(options.run.pages, entries);
+  }
   checkFiles(options, entries, outputs);
+  if (!options.run.pages.folder.empty()) {
+    makePageFolders(options.run.pages);
+  }
   Journal journal(options.journal, settingsText(options), options.resume);
   Progress progress(entries.size(), options.quiet);
   std::vector<EntryResult> results;
   if (!runAll(entries, options.run, options.pool, journal, progress, results)) {
     return stoppedEarly(options, results);
+  }
+  if (!options.run.pages.folder.empty()) {
+    writeIndex(options.run.pages, results);
   }
   writeWholeFile(options.output, formatOutput(results, options.kind));
   journal.remove();

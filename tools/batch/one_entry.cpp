@@ -167,6 +167,9 @@ EntryResult runEntry(const Entry& entry, const RunSettings& settings, const std:
   if (makeTable(files, settings, result)) {
     predict(files, settings, result);
   }
+  if (result.status == "ok" && !settings.pages.folder.empty()) {
+    writeEntryPage(settings.pages, files.table, files.map, scratch, result);
+  }
   for (const fs::directory_entry& left : fs::directory_iterator(scratch)) {
     fs::remove(left.path());
   }

@@ -4,12 +4,14 @@
 #include <vector>
 
 #include "tools/batch/entry.h"
+#include "tools/batch/report_pages.h"
 
 /// How every entry of a batch is run.
 struct RunSettings {
   std::string citrans;              ///< program to run
   std::string importer;             ///< program that turns depositions into tables
   std::vector<std::string> options; ///< further options of the program, such as "-offset"
+  PageSettings pages;               ///< a page for each entry, when it has a folder
   unsigned seconds = 300;           ///< longest time of one process; 0 for no limit
 };
 
