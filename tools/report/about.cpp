@@ -88,11 +88,12 @@ std::string Inputs::proteinName() const {
     return title;
   }
   if (!about.entry.empty()) {
-    return about.entry;
+    const bool numbered = about.entry.find(" entry ") != std::string::npos;
+    return numbered || about.source.empty() ? about.entry : about.source;
   }
   if (!about.remarks.empty()) {
     const std::string& remark = about.remarks.front();
-    const std::string start = remark.substr(0, remark.find(", "));
+    std::string start = remark.substr(0, remark.find(", "));
     if (start.size() <= longest) {
       return start;
     }

@@ -71,7 +71,8 @@ Json numberOrNull(double value) {
 }
 
 Json optionalNumber(const std::optional<double>& value) {
-  return value ? numberOrNull(*value) : Json();
+  // Differences of shifts with three decimals have three too.
+  return value ? numberOrNull(std::round(*value * 1000) / 1000) : Json();
 }
 
 /// What the reference structure has at a proline's number; null without a structure.
@@ -168,8 +169,9 @@ Json prolineJson(const Report& report, const ProlineReport& proline) {
   json["carbons"] = {{"cb", optionalNumber(proline.carbons.cb)},
                      {"cg", optionalNumber(proline.carbons.cg)},
                      {"cb_minus_cg", optionalNumber(proline.carbons.difference())},
-                     {"cg_offset_taken_off",
-                      proline.carbons.cgSubtracted ? Json(proline.carbons.cgOffset) : Json()}};
+                     {"cg_offset_taken_off", proline.carbons.cgSubtracted
+                                                 ? optionalNumber(proline.carbons.cgOffset)
+                                                 : Json()}};
   json["reference"] = referenceJson(proline);
   json["assigned"] = calls::describe(proline.verdict.assigned);
   json["such_calls"] = {{"calls", proline.verdict.likeThis.calls},

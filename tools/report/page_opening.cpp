@@ -34,6 +34,13 @@ void addAbout(PageData& list, const char* label, const std::string& value) {
   }
 }
 
+/// Whether any number shown is another than the table's.
+bool isRenumbered(const Inputs& inputs) {
+  return std::any_of(inputs.authors.begin(), inputs.authors.end(), [](const auto& number) {
+    return number.second != std::to_string(number.first);
+  });
+}
+
 PageData about(const Report& report) {
   const Inputs& inputs = report.inputs;
   const std::string title = lastPart(inputs.title);
@@ -43,7 +50,7 @@ PageData about(const Report& report) {
   addAbout(list, "shifts from", inputs.about.source.empty() ? title : inputs.about.source);
   addAbout(list, "length",
            counted(static_cast<std::size_t>(inputs.residueCount), "residue") +
-               (inputs.authors.empty() ? "" : ", numbered as by the authors"));
+               (isRenumbered(inputs) ? ", numbered as by the authors" : ""));
   addAbout(list, "shifts", nucleiText(report));
   addAbout(list, "reference structure", lastPart(inputs.referenceTitle));
   addAbout(list, "made by", versionLine("citrans-report"));

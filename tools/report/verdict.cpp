@@ -145,6 +145,11 @@ double powersOfTen(const Evidence& evidence) {
                              : std::clamp(logOdds, -calls::mostEvidence, calls::mostEvidence);
 }
 
+/// Odds of three digits to two that count.
+double rounded(double odds) {
+  return odds < 100 ? odds : 10 * std::round(odds / 10);
+}
+
 /// "cis takes 500 to 1, trans 250 to 1": what a call would have needed.
 std::string neededOdds(const calls::Rule& rule) {
   const auto needs = [](double limit, bool cis) -> std::string {
@@ -152,7 +157,9 @@ std::string neededOdds(const calls::Rule& rule) {
       return "no evidence is enough";
     }
     const bool own = cis == (limit > 0);
-    return oddsText(limit * std::log(10.0)) + (own ? "" : cis ? " for trans" : " for cis");
+    return oddsText(std::log(rounded(std::pow(10, std::fabs(limit))))) + (own   ? ""
+                                                                          : cis ? " for trans"
+                                                                                : " for cis");
   };
   return "cis takes " + needs(rule.cisFrom, true) + ", trans " + needs(rule.transTo, false);
 }
