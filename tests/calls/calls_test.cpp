@@ -11,12 +11,14 @@ namespace {
 using Cells = std::vector<std::string>;
 
 GDB tableOf(const std::vector<Cells>& rows) {
-  const char* const columns[] = {"ASSIGNED",  "CIS_FROM",    "TRANS_TO",    "CIS_CALLS",
-                                 "CIS_RIGHT", "TRANS_CALLS", "TRANS_RIGHT", "UNDECIDED"};
+  const char* const columns[] = {"ASSIGNED",     "CIS_FROM",    "TRANS_TO",
+                                 "TRANS_SHIFTS", "CIS_CALLS",   "CIS_RIGHT",
+                                 "TRANS_CALLS",  "TRANS_RIGHT", "UNDECIDED"};
   GDB table;
-  table.VARS_str_parser("ASSIGNED CIS_FROM TRANS_TO CIS_CALLS CIS_RIGHT TRANS_CALLS TRANS_RIGHT "
-                        "UNDECIDED");
-  table.FORMAT_str_parser("%-8s %8.1f %8.1f %9d %9.3f %9d %9.3f %9d");
+  table.VARS_str_parser(
+      "ASSIGNED CIS_FROM TRANS_TO TRANS_SHIFTS CIS_CALLS CIS_RIGHT TRANS_CALLS TRANS_RIGHT "
+      "UNDECIDED");
+  table.FORMAT_str_parser("%-8s %8.1f %8.1f %4d %9d %9.3f %9d %9.3f %9d");
   for (const Cells& cells : rows) {
     const std::size_t row = table.appendRow();
     for (std::size_t i = 0; i < cells.size(); ++i) {
@@ -27,10 +29,10 @@ GDB tableOf(const std::vector<Cells>& rows) {
 }
 
 std::vector<Cells> goodRows() {
-  return {{"both", "1.3", "1.2", "100", "0.990", "1000", "0.999", "3"},
-          {"CB", "2.0", "-0.5", "50", "0.960", "900", "0.992", "200"},
-          {"CG", "1.5", "1.0", "60", "0.950", "800", "0.995", "10"},
-          {"neither", "9999", "9999", "0", "9999", "0", "9999", "700"}};
+  return {{"both", "1.3", "1.2", "0", "100", "0.990", "1000", "0.999", "3"},
+          {"CB", "2.0", "-0.5", "9", "50", "0.960", "900", "0.992", "200"},
+          {"CG", "1.5", "1.0", "0", "60", "0.950", "800", "0.995", "10"},
+          {"neither", "9999", "9999", "0", "0", "9999", "0", "9999", "700"}};
 }
 
 TEST(Calls, EvidenceIsThePowerOfTenOfTheOddsBeforeThePrior) {
@@ -47,18 +49,23 @@ TEST(Calls, FollowTheLimitsOfWhatIsAssigned) {
   struct Case {
     double evidence;
     bool cb, cg;
+    int shifts;
     Call call;
   };
   const Rules rules(tableOf(goodRows()));
   for (const Case& c :
-       {Case{1.3, true, true, Call::cis}, Case{1.29, true, true, Call::undecided},
-        Case{1.2, true, true, Call::trans}, Case{1.9, true, false, Call::undecided},
-        Case{-0.5, true, false, Call::trans}, Case{1.4, false, true, Call::undecided},
-        Case{7, false, false, Call::undecided}, Case{-7, false, false, Call::undecided},
-        Case{std::nan(""), true, true, Call::undecided}}) {
-    EXPECT_EQ(rules.call(c.evidence, assigned(c.cb, c.cg)), c.call)
+       {Case{1.3, true, true, 16, Call::cis}, Case{1.29, true, true, 16, Call::undecided},
+        Case{1.2, true, true, 16, Call::trans}, Case{1.9, true, false, 16, Call::undecided},
+        Case{-0.5, true, false, 9, Call::trans}, Case{-7, true, false, 8, Call::undecided},
+        Case{3, true, false, 0, Call::cis}, Case{1.4, false, true, 16, Call::undecided},
+        Case{7, false, false, 16, Call::undecided}, Case{-7, false, false, 16, Call::undecided},
+        Case{std::nan(""), true, true, 16, Call::undecided}}) {
+    EXPECT_EQ(rules.call(c.evidence, assigned(c.cb, c.cg), c.shifts), c.call)
         << c.evidence << " " << describe(assigned(c.cb, c.cg));
   }
+  // N and HN of a proline do not count.
+  EXPECT_EQ(shiftCount({6, 6, 5}), 15);
+  EXPECT_EQ(shiftCount({0, 3, 2}), 5);
   EXPECT_STREQ(word(Call::cis), "cis");
   EXPECT_STREQ(word(Call::trans), "trans");
   EXPECT_STREQ(word(Call::undecided), "undecided");
@@ -76,7 +83,7 @@ TEST(Calls, RefuseATableThatIsNotWhole) {
   for (const Case& c :
        {Case{0, 0, "CB", "not one row for"}, Case{1, 0, "other", "not one row for CB"},
         Case{0, 1, "", "CIS_FROM is no number"}, Case{2, 2, "1.0x", "TRANS_TO is no number"},
-        Case{2, 1, "nan", "CIS_FROM is no number"}, Case{1, 6, "high", "TRANS_RIGHT is no number"},
+        Case{2, 1, "nan", "CIS_FROM is no number"}, Case{1, 7, "high", "TRANS_RIGHT is no number"},
         Case{0, 2, "1.3", "CIS_FROM is not above TRANS_TO"}}) {
     std::vector<Cells> rows = goodRows();
     rows[c.row][c.cell] = c.text;
@@ -93,10 +100,10 @@ TEST(Calls, RefuseATableThatIsNotWhole) {
 
 TEST(Calls, NoEvidenceIsNoCallWithTheShippedLimits) {
   const Rules rules = Rules::load(SHIPPED_TABLES);
-  EXPECT_EQ(rules.call(0, Assigned::neither), Call::undecided);
+  EXPECT_EQ(rules.call(0, Assigned::neither, 16), Call::undecided);
   for (const Assigned each : {Assigned::cb, Assigned::cg, Assigned::both}) {
-    EXPECT_EQ(rules.call(mostEvidence, each), Call::cis) << describe(each);
-    EXPECT_EQ(rules.call(-mostEvidence, each), Call::trans) << describe(each);
+    EXPECT_EQ(rules.call(mostEvidence, each, 16), Call::cis) << describe(each);
+    EXPECT_EQ(rules.call(-mostEvidence, each, 16), Call::trans) << describe(each);
     EXPECT_GE(rules.rule(each).cis.right, 0.95) << describe(each);
     EXPECT_GE(rules.rule(each).trans.right, 0.99) << describe(each);
   }

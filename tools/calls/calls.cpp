@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "table/file_io.h"
-#include "table/number.h"
+#include "tools/common/plain_number.h"
 #include "tools/common/tool.h"
 
 namespace calls {
@@ -23,13 +23,12 @@ constexpr double infinite = std::numeric_limits<double>::infinity();
 }
 
 double number(const GDB& table, std::size_t row, const char* column) {
-  const std::string text(table.cell(row, column));
-  const double value = parseDouble(text);
-  const bool isNumber = text.find_first_not_of("+-.0123456789") == std::string::npos;
-  if (text.empty() || !isNumber || !std::isfinite(value)) {
-    refuse(table, std::string(column) + " is no number: '" + text + "'");
+  const std::string_view text = table.cell(row, column);
+  const std::optional<double> value = plainNumber(text);
+  if (!value) {
+    refuse(table, std::string(column) + " is no number: '" + std::string(text) + "'");
   }
-  return value;
+  return *value;
 }
 
 Tally tally(const GDB& table, std::size_t row, const char* calls, const char* right) {
@@ -43,6 +42,7 @@ Rule readRule(const GDB& table, std::size_t row) {
   rule.transTo = number(table, row, "TRANS_TO");
   rule.cisFrom = rule.cisFrom == never ? infinite : rule.cisFrom;
   rule.transTo = rule.transTo == never ? -infinite : rule.transTo;
+  rule.transShifts = static_cast<int>(number(table, row, "TRANS_SHIFTS"));
   rule.cis = tally(table, row, "CIS_CALLS", "CIS_RIGHT");
   rule.trans = tally(table, row, "TRANS_CALLS", "TRANS_RIGHT");
   rule.undecided = static_cast<int>(number(table, row, "UNDECIDED"));
@@ -99,12 +99,13 @@ Rules Rules::load(const std::string& tabFolder) {
   return Rules(table);
 }
 
-Call Rules::call(double evidence, Assigned assigned) const {
+Call Rules::call(double evidence, Assigned assigned, int shifts) const {
   const Rule& limits = rule(assigned);
   if (evidence >= limits.cisFrom) {
     return Call::cis;
   }
-  return evidence <= limits.transTo ? Call::trans : Call::undecided;
+  const bool isTrans = evidence <= limits.transTo && shifts >= limits.transShifts;
+  return isTrans ? Call::trans : Call::undecided;
 }
 
 } // namespace calls

@@ -39,7 +39,8 @@ std::map<std::string, std::string> accuracyDocuments(const Derivation& derivatio
                          comparisonSection(result, tables.published.rule) + penaltySection(result) +
                          labelSection(derivation.training(), result) +
                          calibrationSection(derivation.training(), result, tables) +
-                         referencingSection(result) + experimentSection(result) +
+                         referencingSection(result) + correctionSection(result) +
+                         experimentSection(result) + callSection(result) +
                          statisticsSection(tables) + wrongSection(derivation.training(), result);
   files["accuracy-calibration-cg.svg"] =
       calibrationPicture(measure(callsOf(result, cgGiven, anyTruth)), "CG where assigned");

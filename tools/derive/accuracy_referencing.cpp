@@ -101,9 +101,8 @@ std::string experimentSection(const CrossValidation& result) {
   text += markdownTable(measureHead("sample"), rows);
   return text +
          "`-offset` takes the offset off a proline's CG once for each of its shifts, CA, CB "
-         "and C', and so\nmoves CG by two or three times the error. With a large error, take "
-         "the CG rows out of the table\nbefore using `-offset`, or correct the referencing of "
-         "the table itself. `-iso` leaves CG as it is.\n\n";
+         "and C', and so\nmoves CG by two or three times the error: correct the table instead, "
+         "as above. `-iso` leaves CG as\nit is.\n\n";
 }
 
 } // namespace derive

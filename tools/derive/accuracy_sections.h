@@ -55,6 +55,8 @@ std::string labelSection(const Training& training, const CrossValidation& result
 std::string calibrationSection(const Training& training, const CrossValidation& result,
                                const TableSet& tables);
 std::string referencingSection(const CrossValidation& result);
+std::string correctionSection(const CrossValidation& result);
+std::string callSection(const CrossValidation& result);
 std::string experimentSection(const CrossValidation& result);
 std::string statisticsSection(const TableSet& tables);
 std::string wrongSection(const Training& training, const CrossValidation& result);

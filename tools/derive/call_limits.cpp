@@ -15,6 +15,8 @@ constexpr int stepsPerUnit = 10;
 /// be called by the form that is the less likely one.
 constexpr double lowestCis = 1.3;
 constexpr double highestTrans = 1.2;
+/// Numbers of shifts that a call of trans may ask for: the strata of the page.
+constexpr std::array<int, 4> shiftSteps = {0, 9, 12, 14};
 
 /// Calls of one kind that a limit allows, by step: how many lie at or beyond it, and are right.
 struct Ladder {
@@ -41,29 +43,42 @@ bool keeps(const CallCount& count, double share, int fewest) {
   return count.calls < fewest || count.right >= share * count.calls;
 }
 
-/// The lowest limit that keeps the promise in all ladders, as do all stricter ones: a share that
-/// is good at one step and bad at a stricter one is luck. The first ladder is that of all strata
-/// together.
-double lowestLimit(const std::vector<Ladder>& ladders, double share) {
-  const Ladder& together = ladders.front();
-  double limit = infinite;
-  for (std::size_t i = together.rungs.size(); i-- > 0;) {
-    const bool kept = std::all_of(ladders.begin() + 1, ladders.end(), [&](const Ladder& ladder) {
+/// A limit, and how many calls of the strata together it allows.
+struct LimitChoice {
+  double support = infinite;
+  int calls = 0;
+};
+
+/// The lowest limit from `lowest` on that keeps the promise in all ladders. The first ladder is
+/// that of all strata together.
+LimitChoice lowestLimit(const std::vector<Ladder>& ladders, double share, double lowest) {
+  LimitChoice choice;
+  for (std::size_t i = 0; i < ladders.front().rungs.size(); ++i) {
+    const double support = (static_cast<double>(i) - Ladder::most) / stepsPerUnit;
+    const bool kept = std::all_of(ladders.begin(), ladders.end(), [&](const Ladder& ladder) {
       return keeps(ladder.rungs[i], share, fewestCalls);
     });
-    const CallCount& all = together.rungs[i];
-    if (!kept || !keeps(all, share, fewestCalls)) {
-      break;
-    }
-    if (all.calls >= fewestCalls) {
-      limit = (static_cast<double>(i) - Ladder::most) / stepsPerUnit;
+    const bool known = std::any_of(ladders.begin() + 1, ladders.end(), [&](const Ladder& ladder) {
+      return ladder.rungs[i].calls >= fewestCalls;
+    });
+    if (kept && known && support >= lowest) {
+      return {support, ladders.front().rungs[i].calls};
     }
   }
-  return limit;
+  return choice;
 }
 
-std::vector<Ladder> laddersOf(const std::vector<CallStratum>& strata, calls::Assigned assigned,
-                              bool forCis, int withoutFold) {
+/// What a limit is searched for.
+struct Search {
+  calls::Assigned assigned;
+  bool forCis;
+  int fewestShifts;
+  double lowest; ///< support that no limit may go below
+};
+
+/// \param without  two folds that are left out
+std::vector<Ladder> laddersOf(const std::vector<CallStratum>& strata, const Search& search,
+                              std::pair<int, int> without) {
   std::vector<Ladder> ladders(1);
   for (const CallStratum& stratum : strata) {
     if (!stratum.binding) {
@@ -71,11 +86,12 @@ std::vector<Ladder> laddersOf(const std::vector<CallStratum>& strata, calls::Ass
     }
     Ladder ladder;
     for (const CallSample& sample : stratum.samples) {
-      if (sample.assigned == assigned && sample.fold != withoutFold &&
-          !std::isnan(sample.evidence)) {
-        const double support = forCis ? sample.evidence : -sample.evidence;
-        ladder.add(support, sample.cis == forCis);
-        ladders.front().add(support, sample.cis == forCis);
+      const double support = search.forCis ? sample.evidence : -sample.evidence;
+      if (sample.assigned == search.assigned && sample.fold != without.first &&
+          sample.fold != without.second && sample.shifts >= search.fewestShifts &&
+          support >= search.lowest) {
+        ladder.add(support, sample.cis == search.forCis);
+        ladders.front().add(support, sample.cis == search.forCis);
       }
     }
     ladders.push_back(ladder);
@@ -86,14 +102,43 @@ std::vector<Ladder> laddersOf(const std::vector<CallStratum>& strata, calls::Ass
   return ladders;
 }
 
-CallSample sampleOf(const ScoredProline& proline, const Trial& trial, int fold) {
-  return {trial.evidence, trial.assigned, proline.label.cis, trial.normalised > 0.5, fold};
+/// The lowest limit that holds without the fold, and is not below that without one more.
+LimitChoice searchLimit(const std::vector<CallStratum>& strata, const Search& search,
+                        int withoutFold) {
+  const double share = search.forCis ? cisRight : transRight;
+  double lowest = search.lowest;
+  for (int fold = 0; fold < foldCount; ++fold) {
+    const std::vector<Ladder> ladders = laddersOf(strata, search, {withoutFold, fold});
+    lowest = std::max(lowest, lowestLimit(ladders, share, search.lowest).support);
+  }
+  return lowestLimit(laddersOf(strata, search, {withoutFold, withoutFold}), share, lowest);
+}
+
+template <class TrialOf>
+CallStratum stratumOf(const CrossValidation& result, const std::string& name, TrialOf trialOf) {
+  CallStratum stratum;
+  stratum.name = name;
+  for (const ScoredProline& proline : result.prolines) {
+    const Trial trial = trialOf(proline.trials);
+    if (proline.label.source != Source::structure && trial.predicted) {
+      stratum.samples.push_back({trial.evidence, trial.assigned, trial.shifts, proline.label.cis,
+                                 trial.normalised > 0.5, proline.fold});
+    }
+  }
+  return stratum;
+}
+
+std::string referencingName(std::size_t error, bool corrected, bool hideCg) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%+.1f ppm, %s%s", carbonErrors[error].size,
+                corrected ? "corrected" : "as it is", hideCg ? ", no CG" : "");
+  return text;
 }
 
 struct Range {
   int fewest, most;
 };
-constexpr std::array<Range, 4> shiftRanges = {{{0, 8}, {9, 11}, {12, 13}, {14, 16}}};
+constexpr std::array<Range, 5> shiftRanges = {{{0, 8}, {9, 11}, {12, 13}, {14, 15}, {16, 16}}};
 /// Place of the condition without CG among the conditions.
 constexpr std::size_t noCgCondition = 1;
 
@@ -113,32 +158,37 @@ std::string tallyText(const CallCount& count) {
 
 } // namespace
 
-std::vector<CallStratum> callStrata(const CrossValidation& result) {
+std::vector<CallStratum> callStrata(const CrossValidation& result, std::size_t remedy) {
   std::vector<CallStratum> strata;
-  for (const Condition& condition : conditions()) {
-    strata.push_back({condition.name, condition.binding, {}});
+  for (std::size_t i = 0; i < conditions().size(); ++i) {
+    const auto trialOf = [i](const ProlineTrials& trials) { return trials.conditions[i]; };
+    strata.push_back(stratumOf(result, conditions()[i].name, trialOf));
   }
   for (const Range& range : shiftRanges) {
-    strata.push_back(
-        {"no CG, " + std::to_string(range.fewest) + " to " + std::to_string(range.most) + " shifts",
-         true,
-         {}});
+    const auto trialOf = [range](const ProlineTrials& trials) {
+      Trial trial = trials.conditions[noCgCondition];
+      trial.predicted =
+          trial.predicted && trial.shifts >= range.fewest && trial.shifts <= range.most;
+      return trial;
+    };
+    strata.push_back(stratumOf(
+        result,
+        "no CG, " + (range.fewest == range.most ? "" : std::to_string(range.fewest) + " to ") +
+            std::to_string(range.most) + " shifts",
+        trialOf));
   }
-  for (const ScoredProline& proline : result.prolines) {
-    if (proline.label.source == Source::structure) {
-      continue;
-    }
-    for (std::size_t i = 0; i < proline.trials.size(); ++i) {
-      const Trial& trial = proline.trials[i];
-      if (!trial.predicted) {
-        continue;
+  for (std::size_t error = 0; error < errorsOfAll; ++error) {
+    for (const std::size_t each : {noRemedy, remedy}) {
+      if (each == noRemedy && carbonErrors[error].size == 0) {
+        continue; // the first two strata
       }
-      const CallSample sample = sampleOf(proline, trial, proline.fold);
-      strata[i].samples.push_back(sample);
-      for (std::size_t r = 0; i == noCgCondition && r < shiftRanges.size(); ++r) {
-        if (trial.shifts >= shiftRanges[r].fewest && trial.shifts <= shiftRanges[r].most) {
-          strata[conditions().size() + r].samples.push_back(sample);
-        }
+      for (const bool hideCg : {false, true}) {
+        const auto trialOf = [=](const ProlineTrials& trials) {
+          return trials.referencing[referencingTrial(error, each, hideCg)];
+        };
+        strata.push_back(
+            stratumOf(result, referencingName(error, each == remedy, hideCg), trialOf));
+        strata.back().binding = each == remedy;
       }
     }
   }
@@ -149,10 +199,19 @@ CallLimits findCallLimits(const std::vector<CallStratum>& strata, int withoutFol
   CallLimits limits{};
   for (std::size_t i = 0; i < calls::assignedCount; ++i) {
     const auto assigned = static_cast<calls::Assigned>(i);
-    limits[i].cisFrom =
-        std::max(lowestCis, lowestLimit(laddersOf(strata, assigned, true, withoutFold), cisRight));
-    limits[i].transTo = std::min(
-        highestTrans, -lowestLimit(laddersOf(strata, assigned, false, withoutFold), transRight));
+    CallLimit& limit = limits[i];
+    limit.cisFrom = searchLimit(strata, {assigned, true, 0, lowestCis}, withoutFold).support;
+    limit.transTo = -infinite;
+    int most = 0;
+    for (const int fewestShifts : shiftSteps) {
+      const LimitChoice choice =
+          searchLimit(strata, {assigned, false, fewestShifts, -highestTrans}, withoutFold);
+      if (choice.calls > most) {
+        most = choice.calls;
+        limit.transTo = -choice.support;
+        limit.transShifts = fewestShifts;
+      }
+    }
   }
   return limits;
 }
@@ -162,7 +221,7 @@ void count(CallCounts& counts, const CallSample& sample, const CallLimits& limit
   if (sample.evidence >= limit.cisFrom) {
     ++counts.cis.calls;
     counts.cis.right += sample.cis ? 1 : 0;
-  } else if (sample.evidence <= limit.transTo) {
+  } else if (sample.evidence <= limit.transTo && sample.shifts >= limit.transShifts) {
     ++counts.trans.calls;
     counts.trans.right += sample.cis ? 0 : 1;
   } else {
@@ -179,7 +238,9 @@ std::string callTable(const std::vector<CallStratum>& strata, const CallLimits& 
   };
   std::string text =
       "REMARK From which evidence on a proline is called cis or trans, by what of it is assigned.\n"
-      "REMARK Evidence: log10(P_CIS / (1 - P_CIS)). In between it is undecided; 9999: never.\n"
+      "REMARK Evidence: log10(P_CIS / (1 - P_CIS)). In between it is undecided; 9999: never. A "
+      "call of\n"
+      "REMARK trans asks for TRANS_SHIFTS of the 16 shifts of the three residues besides.\n"
       "REMARK Chosen by cross-validation so that 95 % of the calls cis and 99 % of the calls "
       "trans\n"
       "REMARK are right in every stratum of the accuracy page with 30 such calls. CALLS and "
@@ -188,9 +249,10 @@ std::string callTable(const std::vector<CallStratum>& strata, const CallLimits& 
       "REMARK Shifts: RefDB: Zhang, Neal & Wishart 2003, J Biomol NMR 25:173-195\n"
       "REMARK Selection: " +
       origin.selection + "\nREMARK Made by " + origin.version + ": " + origin.command +
-      "\n\nVARS   ASSIGNED CIS_FROM TRANS_TO CIS_CALLS CIS_RIGHT TRANS_CALLS TRANS_RIGHT "
+      "\n\nVARS   ASSIGNED CIS_FROM TRANS_TO TRANS_SHIFTS CIS_CALLS CIS_RIGHT TRANS_CALLS "
+      "TRANS_RIGHT "
       "UNDECIDED\n"
-      "FORMAT %-8s %8.1f %8.1f %9d %9.3f %9d %9.3f %9d\n\n";
+      "FORMAT %-8s %8.1f %8.1f %4d %9d %9.3f %9d %9.3f %9d\n\n";
   for (const Row& row :
        {Row{"both", calls::Assigned::both, "all, with CG"}, Row{"CB", calls::Assigned::cb, "no CG"},
         Row{"CG", calls::Assigned::cg, "no CB, with CG"},
@@ -207,9 +269,12 @@ std::string callTable(const std::vector<CallStratum>& strata, const CallLimits& 
     const CallLimit& limit = limits[static_cast<std::size_t>(row.assigned)];
     char start[32];
     std::snprintf(start, sizeof start, "%-8s ", row.name);
-    text += start + limitText(limit.cisFrom) + " " + limitText(limit.transTo) +
-            tallyText(counts.cis) + tallyText(counts.trans) + " " +
-            std::to_string(counts.undecided) + "\n";
+    char shifts[16];
+    std::snprintf(shifts, sizeof shifts, " %4d", limit.transShifts);
+    char undecided[16];
+    std::snprintf(undecided, sizeof undecided, " %9d\n", counts.undecided);
+    text += start + limitText(limit.cisFrom) + " " + limitText(limit.transTo) + shifts +
+            tallyText(counts.cis) + tallyText(counts.trans) + undecided;
   }
   return text;
 }

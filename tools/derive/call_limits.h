@@ -10,8 +10,10 @@
 /// Of the calls "cis" at least 95 % have to be right, of the calls "trans" 99 %, in every stratum
 /// with at least 30 calls of that kind: every binding condition of the trials, and numbers of
 /// shifts. Each state of assignment (CB, CG) has limits of its own, which keep the promise by
-/// themselves, in each stratum and over all strata together, however few the calls of one stratum
-/// are. Within that the limits lie as close to each other as they can.
+/// themselves in each stratum and over all strata together, and which at least one stratum with 30
+/// calls stands for. A call of trans may ask for a number of shifts besides. Within that as few
+/// prolines as possible stay undecided; but no limit is wider than it would be without any one of
+/// the folds, or it would rest on the luck of a few calls.
 namespace derive {
 
 constexpr double cisRight = 0.95;
@@ -22,6 +24,7 @@ constexpr int fewestCalls = 30;
 struct CallSample {
   double evidence;
   calls::Assigned assigned;
+  int shifts;
   bool cis;
   bool plainCis; ///< whether P_CIS_NORM exceeds 0.5
   int fold;
@@ -35,6 +38,7 @@ struct CallStratum {
 
 struct CallLimit {
   double cisFrom, transTo; ///< infinite and minus infinite where nothing is enough
+  int transShifts;         ///< fewest shifts of a call of trans
 };
 using CallLimits = std::array<CallLimit, calls::assignedCount>;
 
@@ -50,11 +54,13 @@ struct CallCounts {
   int undecided = 0;
 };
 
-/// The strata of the trials: truth *both* and *shifts*, prolines that the program predicts.
-std::vector<CallStratum> callStrata(const CrossValidation& result);
+/// The strata of the trials: truth *both* and *shifts*, prolines that the program predicts. First
+/// the conditions, then those without CG by number of shifts, then the referencing errors as they
+/// are (not binding) and after the remedy.
+std::vector<CallStratum> callStrata(const CrossValidation& result, std::size_t remedy);
 
-/// The limits from all samples but those of one fold; -1 leaves out none.
-CallLimits findCallLimits(const std::vector<CallStratum>& strata, int withoutFold = -1);
+/// The limits from all samples but those of one fold; `foldCount` leaves out none.
+CallLimits findCallLimits(const std::vector<CallStratum>& strata, int withoutFold = foldCount);
 
 void count(CallCounts& counts, const CallSample& sample, const CallLimits& limits);
 

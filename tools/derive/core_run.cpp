@@ -134,9 +134,9 @@ OffsetEstimates CoreRun::offsetEstimates() const {
   return fitOffsets(run_, gatherReferencingPoints(run_));
 }
 
-Scored CoreRun::score(int residue) {
+Scored CoreRun::score(int residue, bool hideCg) {
   const CITRANS::Triplet triplet = run_.getTriplet(residue);
-  const float cg = run_.cgShifts[residue];
+  const float cg = hideCg ? shift::missing : run_.cgShifts[residue];
   Scored scored;
   scored.predicted = run_.testTriplet(triplet);
   std::size_t index = 0;
@@ -148,6 +148,10 @@ Scored CoreRun::score(int residue) {
     }
   }
   scored.shifts[cgIndex] = orNone(cg, shift::missingFrom);
+  for (int place = 0; place < 3; ++place) {
+    scored.counts[static_cast<std::size_t>(place)] =
+        static_cast<int>(atomCount) - run_.missCount[residue + place - 1];
+  }
   const CisLikelihood likelihood = run_.getLikelihood(triplet, cg);
   scored.cis = likelihood.cis;
   scored.normalised = likelihood.normalised;

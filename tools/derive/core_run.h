@@ -37,6 +37,7 @@ struct Treatment {
 struct Scored {
   bool predicted = false;                     ///< whether the program gives it a row
   std::array<float, statisticCount> shifts{}; ///< ppm; not-a-number where skipped
+  std::array<int, 3> counts{};                ///< CS_CNT1 to CS_CNT3
   float cis = 0;                              ///< P_CIS
   float normalised = 0;                       ///< P_CIS_NORM
 };
@@ -56,9 +57,11 @@ class CoreRun {
   SecondaryShifts secondaryShifts() const;
   OffsetEstimates offsetEstimates() const;
   /// The triplet of a proline through the likelihood, whether the program predicts it or not.
-  Scored score(int residue);
+  /// \param hideCg  score it as if it had no CG
+  Scored score(int residue, bool hideCg = false);
 
   CITRANS& program() { return run_; }
+  const CITRANS& program() const { return run_; }
 
  private:
   void fillInput(const Protein& protein, const Treatment& treatment);

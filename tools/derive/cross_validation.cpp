@@ -147,8 +147,9 @@ OffsetTrial tryOffsets(CoreRun& core, const Protein& protein) {
 /// The tables of one fold, in the program's hands.
 class FoldRun {
  public:
-  FoldRun(const Derivation& derivation, const FoldTables& tables)
-      : derivation_(derivation), published_(tables[fitted].published) {
+  FoldRun(const Derivation& derivation, const FoldTables& tables,
+          const referencing::Model& referencing)
+      : derivation_(derivation), published_(tables[fitted].published), referencing_(referencing) {
     for (const TableSet& set : tables) {
       const ScratchFolder folder(tableTexts(set, {}));
       runs_.push_back(std::make_unique<CoreRun>(folder.path()));
@@ -178,7 +179,8 @@ class FoldRun {
     for (std::size_t i = first; i < end; ++i) {
       residues.push_back(prolines[i].label.residue);
     }
-    std::vector<ProlineTrials> trials = tryProlines(*runs_[fitted], protein, residues);
+    std::vector<ProlineTrials> trials =
+        tryProlines(*runs_[fitted], referencing_, protein, residues);
     for (std::size_t i = first; i < end; ++i) {
       prolines[i].trials = std::move(trials[i - first]);
       const auto residue = static_cast<std::size_t>(prolines[i].label.residue);
@@ -193,6 +195,7 @@ class FoldRun {
  private:
   const Derivation& derivation_;
   const Published published_;
+  const referencing::Model& referencing_;
   std::vector<std::unique_ptr<CoreRun>> runs_; ///< by Tables
 };
 
@@ -218,7 +221,10 @@ void runFold(const Derivation& derivation, int fold, Extent extent, const Progre
   for (const Protein& protein : training.proteins) {
     use.push_back(foldOf(protein.cluster) != fold);
   }
-  FoldRun run(derivation, deriveFold(derivation, use, extent, progress, result));
+  const FoldTables foldTables = deriveFold(derivation, use, extent, progress, result);
+  const TableSet& tables = foldTables[fitted];
+  const referencing::Model referencing = derivation.fitReferencingTo(use, tables);
+  FoldRun run(derivation, foldTables, referencing);
   auto& prolines = result.prolines;
   for (std::size_t first = 0; first < prolines.size();) {
     std::size_t end = first;
@@ -233,6 +239,7 @@ void runFold(const Derivation& derivation, int fold, Extent extent, const Progre
   for (std::size_t i = 0; i < training.proteins.size(); ++i) {
     if (!use[i]) {
       result.offsets[i] = run.offsetsOf(training.proteins[i]);
+      result.estimates[i] = estimate(referencing, derivation.referencedProtein(i, tables));
     }
   }
 }
@@ -260,6 +267,7 @@ CrossValidation crossValidate(const Derivation& derivation, Extent extent,
     result.clusters.push_back(protein.cluster);
   }
   result.offsets.resize(result.clusters.size());
+  result.estimates.resize(result.clusters.size());
   for (int fold = 0; fold < foldCount; ++fold) {
     progress("fold " + std::to_string(fold + 1) + " of " + std::to_string(foldCount));
     runFold(derivation, fold, extent, progress, result);

@@ -84,6 +84,8 @@ struct CrossValidation {
   std::vector<OffsetTrial> offsets;    ///< by protein
   std::vector<int> clusters;           ///< by protein
   std::vector<double> chosenDrawing;   ///< by fold: see `chooseDrawing`
+  /// The companions' estimates, by protein, from constants that never saw its cluster.
+  std::vector<referencing::Estimates> estimates;
 };
 
 /// Whether the experiments with tables by other choices are made too; they take as long as the

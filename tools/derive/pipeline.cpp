@@ -166,6 +166,34 @@ TableSet Derivation::rederive(const std::vector<bool>& use, TableSet tables, con
   return tables;
 }
 
+ReferencedProtein Derivation::referencedProtein(std::size_t protein, const TableSet& tables) const {
+  ReferencedProtein residues;
+  const std::string& sequence = training_.proteins[protein].sequence;
+  for (std::size_t i = 0; i < sequence.size(); ++i) {
+    const std::size_t letter = letterIndex(sequence[i]);
+    const bool leftOut = sequence[i] == 'P' || sequence[i] == 'C' || sequence[i] == 'c';
+    if (leftOut || letter == letterCount) {
+      continue;
+    }
+    const auto shift = [&](Atom atom) {
+      return static_cast<double>(secondary_[protein][i][atom]) - tables.adjustments[letter][atom];
+    };
+    residues.push_back({shift(CA), shift(CB), shift(HA), shift(C)});
+  }
+  return residues;
+}
+
+referencing::Model Derivation::fitReferencingTo(const std::vector<bool>& use,
+                                                const TableSet& tables) const {
+  std::vector<ReferencedProtein> proteins;
+  for (std::size_t i = 0; i < secondary_.size(); ++i) {
+    if (use[i]) {
+      proteins.push_back(referencedProtein(i, tables));
+    }
+  }
+  return fitReferencing(proteins);
+}
+
 std::vector<TrainingSample> makeSamples(const Training& training, const std::vector<bool>& use,
                                         const TableSet& tables) {
   const ScratchFolder folder(tableTexts(tables, {}));

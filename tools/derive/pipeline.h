@@ -6,6 +6,7 @@
 
 #include "tools/derive/adjustments.h"
 #include "tools/derive/limits.h"
+#include "tools/derive/referencing_fit.h"
 #include "tools/derive/statistics_fit.h"
 #include "tools/derive/tables.h"
 #include "tools/derive/training.h"
@@ -37,6 +38,10 @@ class Derivation {
                     const Progress& progress) const;
 
   const Training& training() const { return training_; }
+  /// The constants of the companions' referencing estimate, with the adjustments of `tables`.
+  referencing::Model fitReferencingTo(const std::vector<bool>& use, const TableSet& tables) const;
+  /// What that estimate looks at in one protein.
+  ReferencedProtein referencedProtein(std::size_t protein, const TableSet& tables) const;
 
  private:
   Adjustments fitAdjustmentsOf(const std::vector<bool>& use) const;

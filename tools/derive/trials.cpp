@@ -15,31 +15,6 @@ Condition condition(const char* name, bool hideCg, std::initializer_list<Atom> h
   return made;
 }
 
-std::string signedError(double error) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%+.1f ppm", error);
-  return error == 0 ? "no error" : text;
-}
-
-void addReferencing(std::vector<Condition>& made) {
-  constexpr std::array<const char*, remedyCount> remedies = {"as it is", "the program's estimate",
-                                                             "corrected"};
-  for (const double error : carbonErrors) {
-    for (std::size_t remedy = 0; remedy < remedyCount; ++remedy) {
-      for (const bool hideCg : {false, true}) {
-        Condition each;
-        each.name =
-            signedError(error) + ", " + remedies[remedy] + (hideCg ? ", CG hidden" : ", CG given");
-        each.treatment.hideCg = hideCg;
-        each.treatment.carbonError = error;
-        each.remedy = static_cast<Remedy>(remedy);
-        each.binding = each.remedy == Remedy::companionEstimate;
-        made.push_back(each);
-      }
-    }
-  }
-}
-
 std::vector<Condition> makeConditions() {
   std::vector<Condition> made = {condition("all, with CG", false, {}),
                                  condition("no CG", true, {}),
@@ -53,16 +28,18 @@ std::vector<Condition> makeConditions() {
   deuterated.treatment.deuterated = true;
   deuterated.treatment.correctIsotope = true;
   made.push_back(deuterated);
-  addReferencing(made);
   return made;
 }
 
-int presentShifts(const Scored& scored) {
-  int count = 0;
-  for (std::size_t i = 0; i < tripletShifts; ++i) {
-    count += meetsShift(i) && !std::isnan(scored.shifts[i]) ? 1 : 0;
+std::vector<Remedy> makeRemedies() {
+  std::vector<Remedy> made = {{Remedy::Kind::none, 0}, {Remedy::Kind::program, 0}};
+  for (const Remedy::Kind kind :
+       {Remedy::Kind::separate, Remedy::Kind::agreeing, Remedy::Kind::common}) {
+    for (const double errors : {0.0, 1.0, 1.5, 2.0, 2.5, 3.0, 4.0}) {
+      made.push_back({kind, errors});
+    }
   }
-  return count;
+  return made;
 }
 
 Trial trialOf(const Scored& scored) {
@@ -71,23 +48,99 @@ Trial trialOf(const Scored& scored) {
   trial.predicted = scored.predicted;
   trial.assigned =
       calls::assigned(!std::isnan(scored.shifts[cbIndex]), !std::isnan(scored.shifts[cgIndex]));
-  trial.shifts = presentShifts(scored);
+  trial.shifts = calls::shiftCount(scored.counts);
   trial.evidence = calls::evidence(static_cast<double>(scored.cis));
   trial.normalised = static_cast<double>(scored.normalised);
   return trial;
 }
 
-/// Offsets that a remedy takes off, for a protein that is prepared without one.
-ShiftCorrection correctionBy(Remedy remedy, const CoreRun& core) {
-  ShiftCorrection correction;
-  if (remedy != Remedy::none) {
-    const OffsetEstimates estimates = core.offsetEstimates();
+using referencing::Estimate;
+using referencing::Estimates;
+
+/// One estimate for all carbons, weighted by the errors; only when both agree, if asked to.
+void shareCarbons(Estimates& estimates, bool whenAgreeing) {
+  Estimate& alpha = estimates[0];
+  Estimate& carbonyl = estimates[2];
+  const double a = 1 / (alpha.error * alpha.error);
+  const double c = 1 / (carbonyl.error * carbonyl.error);
+  const double apart = std::fabs(alpha.offset - carbonyl.offset) / std::sqrt(1 / a + 1 / c);
+  if (alpha.points == 0 || carbonyl.points < referencing::fewestPoints ||
+      alpha.points < referencing::fewestPoints || (whenAgreeing && apart > 2)) {
+    return;
+  }
+  alpha.offset = carbonyl.offset = (a * alpha.offset + c * carbonyl.offset) / (a + c);
+  alpha.error = carbonyl.error = 1 / std::sqrt(a + c);
+}
+
+ShiftCorrection correctionBy(const Remedy& remedy, const CoreRun& core, Estimates estimates) {
+  if (remedy.kind == Remedy::Kind::none) {
+    return {};
+  }
+  if (remedy.kind == Remedy::Kind::program) {
+    const OffsetEstimates found = core.offsetEstimates();
     const auto recorded = [](const OffsetEstimate& estimate) {
       return estimate.counts ? static_cast<double>(estimate.offset) : 0;
     };
-    correction = {recorded(estimates.ca), recorded(estimates.ha), recorded(estimates.c)};
+    return {recorded(found.ca), recorded(found.ha), recorded(found.c)};
   }
-  return correction;
+  if (remedy.kind != Remedy::Kind::separate) {
+    shareCarbons(estimates, remedy.kind == Remedy::Kind::agreeing);
+  }
+  const auto worthIt = [&remedy](const Estimate& estimate) {
+    return std::fabs(estimate.offset) > remedy.fewestErrors * estimate.error ? estimate.offset : 0;
+  };
+  return {worthIt(estimates[0]), worthIt(estimates[1]), worthIt(estimates[2])};
+}
+
+Treatment misreferenced(const CarbonError& error) {
+  Treatment treatment;
+  treatment.carbonError = error.size;
+  treatment.correction.carbonyl = error.ofAll ? 0 : error.size;
+  return treatment;
+}
+
+using CorrectionKey = std::array<double, 3>;
+
+/// The prolines with and without CG, corrected as told.
+std::vector<std::array<Trial, 2>> tryCorrection(CoreRun& core, const Protein& protein,
+                                                const std::vector<int>& residues,
+                                                const CarbonError& error,
+                                                const ShiftCorrection& correction) {
+  Treatment treatment = misreferenced(error);
+  treatment.correction.carbon += correction.carbon;
+  treatment.correction.ha += correction.ha;
+  treatment.correction.carbonyl += correction.carbonyl;
+  core.prepare(protein, treatment);
+  std::vector<std::array<Trial, 2>> trials;
+  for (const int residue : residues) {
+    trials.push_back({trialOf(core.score(residue)), trialOf(core.score(residue, true))});
+  }
+  return trials;
+}
+
+void tryReferencing(CoreRun& core, const referencing::Model& model, const Protein& protein,
+                    const std::vector<int>& residues, std::vector<ProlineTrials>& trials) {
+  for (const CarbonError& error : carbonErrors) {
+    core.prepare(protein, misreferenced(error));
+    const Estimates estimates = estimate(model, referencing::residuesOf(core.program()));
+    std::vector<ShiftCorrection> corrections;
+    for (const Remedy& remedy : remedies()) {
+      corrections.push_back(correctionBy(remedy, core, estimates));
+    }
+    // Many remedies correct alike.
+    std::map<CorrectionKey, std::vector<std::array<Trial, 2>>> known;
+    for (const ShiftCorrection& correction : corrections) {
+      const CorrectionKey key = {correction.carbon, correction.ha, correction.carbonyl};
+      auto found = known.find(key);
+      if (found == known.end()) {
+        found = known.emplace(key, tryCorrection(core, protein, residues, error, correction)).first;
+      }
+      for (std::size_t i = 0; i < residues.size(); ++i) {
+        trials[i].referencing.insert(trials[i].referencing.end(), found->second[i].begin(),
+                                     found->second[i].end());
+      }
+    }
+  }
 }
 
 } // namespace
@@ -97,25 +150,25 @@ const std::vector<Condition>& conditions() {
   return made;
 }
 
-std::size_t referencingCondition(std::size_t error, Remedy remedy, bool hideCg) {
-  const std::size_t first = conditions().size() - carbonErrors.size() * remedyCount * 2;
-  return first + (error * remedyCount + static_cast<std::size_t>(remedy)) * 2 + (hideCg ? 1 : 0);
+const std::vector<Remedy>& remedies() {
+  static const std::vector<Remedy> made = makeRemedies();
+  return made;
 }
 
-std::vector<ProlineTrials> tryProlines(CoreRun& core, const Protein& protein,
-                                       const std::vector<int>& residues) {
+std::size_t referencingTrial(std::size_t error, std::size_t remedy, bool hideCg) {
+  return (error * remedies().size() + remedy) * 2 + (hideCg ? 1 : 0);
+}
+
+std::vector<ProlineTrials> tryProlines(CoreRun& core, const referencing::Model& model,
+                                       const Protein& protein, const std::vector<int>& residues) {
   std::vector<ProlineTrials> trials(residues.size());
   for (const Condition& each : conditions()) {
-    Treatment treatment = each.treatment;
-    core.prepare(protein, treatment);
-    if (each.remedy != Remedy::none) {
-      treatment.correction = correctionBy(each.remedy, core);
-      core.prepare(protein, treatment);
-    }
+    core.prepare(protein, each.treatment);
     for (std::size_t i = 0; i < residues.size(); ++i) {
-      trials[i].push_back(trialOf(core.score(residues[i])));
+      trials[i].conditions.push_back(trialOf(core.score(residues[i])));
     }
   }
+  tryReferencing(core, model, protein, residues, trials);
   return trials;
 }
 

@@ -6,32 +6,51 @@
 
 #include "tools/calls/calls.h"
 #include "tools/derive/core_run.h"
+#include "tools/referencing/estimate.h"
 
 /// Every labelled proline under every condition that a user's data may be in, scored by tables that
 /// never saw its cluster: what the words `cis`, `trans` and `undecided` are derived from, and what
 /// the correction of the referencing is judged by.
 namespace derive {
 
-/// Errors added to all carbons, ppm.
-constexpr std::array<double, 7> carbonErrors = {-2.7, -1, -0.5, 0, 0.5, 1, 2.7};
+/// An error of the referencing of the carbons.
+struct CarbonError {
+  double size; ///< ppm
+  bool ofAll;  ///< of C' as well: its spectra may be referenced apart
+};
+constexpr std::array<CarbonError, 11> carbonErrors = {{{-2.7, true},
+                                                       {-1, true},
+                                                       {-0.5, true},
+                                                       {0, true},
+                                                       {0.5, true},
+                                                       {1, true},
+                                                       {2.7, true},
+                                                       {-2.7, false},
+                                                       {-1, false},
+                                                       {1, false},
+                                                       {2.7, false}}};
+/// So many of them, the first, are of all carbons.
+constexpr std::size_t errorsOfAll = 7;
 
 /// What is done about the referencing before the prediction.
-enum class Remedy { none, programEstimate, companionEstimate };
-constexpr std::size_t remedyCount = 3;
+struct Remedy {
+  enum class Kind { none, program, separate, agreeing, common };
+  Kind kind = Kind::none;
+  /// Errors from which on the companions' estimate is applied.
+  double fewestErrors = 0;
+};
+/// Nothing, the estimate of the program, and the companions' in all its variants.
+const std::vector<Remedy>& remedies();
+constexpr std::size_t noRemedy = 0;
+constexpr std::size_t programRemedy = 1;
+constexpr std::size_t firstCompanionRemedy = 2;
 
+/// What the data of all proteins lack; the referencing is apart.
 struct Condition {
   std::string name;
   Treatment treatment;
-  Remedy remedy = Remedy::none;
-  /// Whether the words must keep their promise here. Not where an error of the referencing goes
-  /// uncorrected.
-  bool binding = true;
 };
-
-/// All conditions, those of the referencing last: by error, then remedy, then CG given and hidden.
 const std::vector<Condition>& conditions();
-/// Place of one of the latter.
-std::size_t referencingCondition(std::size_t error, Remedy remedy, bool hideCg);
 
 /// One proline under one condition.
 struct Trial {
@@ -42,14 +61,19 @@ struct Trial {
   double normalised = 0; ///< P_CIS_NORM
 };
 
-/// The trials of one proline, by condition.
-using ProlineTrials = std::vector<Trial>;
+/// The trials of one proline: by condition, then those of the referencing.
+struct ProlineTrials {
+  std::vector<Trial> conditions;
+  std::vector<Trial> referencing;
+};
+/// Place of a trial among those of the referencing.
+std::size_t referencingTrial(std::size_t error, std::size_t remedy, bool hideCg);
 
 /// Tries the prolines of one protein under all conditions.
 ///
 /// \param residues  of the prolines
 /// \return trials by proline
-std::vector<ProlineTrials> tryProlines(CoreRun& core, const Protein& protein,
-                                       const std::vector<int>& residues);
+std::vector<ProlineTrials> tryProlines(CoreRun& core, const referencing::Model& model,
+                                       const Protein& protein, const std::vector<int>& residues);
 
 } // namespace derive

@@ -129,6 +129,14 @@ std::vector<std::string> farFromBoth(const Evidence& evidence, const Inputs& inp
   return named;
 }
 
+/// Shifts that the likelihood can use, CG not counted.
+int usedShifts(const Evidence& evidence) {
+  return static_cast<int>(
+      std::count_if(evidence.terms.begin(), evidence.terms.end(), [](const Term& term) {
+        return term.kind == Term::Kind::shift && term.present && term.applicable;
+      }));
+}
+
 calls::Assigned assignedOf(const Evidence& evidence) {
   const auto has = [&evidence](const char* atom) {
     return std::any_of(evidence.terms.begin(), evidence.terms.end(), [atom](const Term& term) {
@@ -208,7 +216,7 @@ Verdict::Call callFrom(const Evidence& evidence, const calls::Rules& rules) {
   if (std::isnan(logOdds)) {
     return Verdict::Call::none;
   }
-  switch (rules.call(logOdds, assignedOf(evidence))) {
+  switch (rules.call(logOdds, assignedOf(evidence), usedShifts(evidence))) {
   case calls::Call::cis:
     return Verdict::Call::cis;
   case calls::Call::trans:
