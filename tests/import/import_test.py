@@ -205,6 +205,33 @@ class Import(ImportCase):
         self.assertEqual(self.run_import(file, "--entity", "3").returncode, 65)
         self.assertEqual(self.run_import("-", stdin=star3()).returncode, 0)
 
+    def test_referencing_is_corrected_in_tables_and_depositions(self):
+        example = os.path.join(ROOT, "examples", "ybbr.tab")
+        tab = os.path.join(ROOT, "tab")
+        with open(example) as file:
+            before = file.read().splitlines()
+        off = self.run_import(example, "--shift-by", "C=2.7")
+        self.assertEqual(off.returncode, 0, off.stderr)
+        done = self.run_import("-", "--rereference", "--tab", tab, stdin=off.stdout)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        after = [line for line in done.stdout.splitlines() if "referencing" not in line]
+        self.assertEqual(len(after), len(before))
+        for old, new in zip(before, after, strict=True):
+            cells, others = old.split(), new.split()
+            if len(cells) == 4 and cells[0].isdigit() and cells[2] in ("C", "CA", "CB", "CG"):
+                self.assertEqual(others[:3], cells[:3])
+                self.assertAlmostEqual(float(others[3]), float(cells[3]), delta=0.4)
+            else:
+                self.assertEqual(new, old)
+        self.assertRegex(done.stderr, r"CA/CB: off by 2\.\d\d \+/- 0\.\d\d ppm, \d+ points: taken off")
+        # Three residues are too few to estimate from, and a deposition can be shifted all the same.
+        path = self.write("few.str", star3())
+        few = self.run_import(path, "--rereference", "--tab", tab)
+        self.assertIn("REMARK referencing of CA/CB: not known", few.stdout)
+        moved = self.run_import(path, "--shift-by", "CA=-1,HA=0.5")
+        self.assertRegex(moved.stdout, r"(?m)^ +2 P +CG +23\.600$")
+        self.assertRegex(moved.stdout, r"(?m)^ +3 G +HA2 +4\.400$")
+
     def test_refusals_are_one_line_with_a_status(self):
         good = self.write("good", star3())
         table = self.path("table")

@@ -6,10 +6,12 @@
 #include "tools/common/command_options.h"
 #include "tools/common/file_identity.h"
 #include "tools/common/output.h"
+#include "tools/common/program_tables.h"
 #include "tools/common/tool.h"
 #include "tools/import/import.h"
 #include "tools/import/structure_file.h"
 #include "tools/import/structure_text.h"
+#include "tools/referencing/database.h"
 
 namespace {
 
@@ -24,6 +26,9 @@ struct Options {
   bool quiet = false;
   std::string structure;
   StructureChoice structureChoice;
+  bool rereference = false;
+  std::string shiftBy;
+  std::string tabFolder;
 };
 
 void declareOptions(CLI::App& app, Options& options) {
@@ -45,6 +50,14 @@ void declareOptions(CLI::App& app, Options& options) {
   app.add_flag("--quiet", options.quiet, "say nothing of decisions, only warnings");
   app.add_option("--structure", options.structure,
                  "mmCIF or PDB file, gzipped or not: write it renumbered to the input table");
+  auto* const estimate =
+      app.add_flag("--rereference", options.rereference,
+                   "estimate referencing offsets and take them off; the input may be a table");
+  app.add_option("--shift-by", options.shiftBy,
+                 "shift the nuclei by what is known, as in C=-2.36,HA=0.02 (ppm; C: all carbons, "
+                 "CA: with CB and side chains, CO: carbonyl); the input may be a table")
+      ->excludes(estimate);
+  app.add_option("--tab", options.tabFolder, "folder of the tables, for --rereference");
   app.add_option("--chain", options.structureChoice.chain, "chain of the structure");
   app.add_option("--model", options.structureChoice.model, "model of the structure");
 }
@@ -59,12 +72,45 @@ void say(const char* kind, const std::vector<std::string>& lines) {
   }
 }
 
+/// A deposition as a table, or a table as it is where one may be corrected.
+Imported readShifts(const Options& options) {
+  if (!options.rereference && options.shiftBy.empty()) {
+    return importDepositionFile(options.input, options.choice);
+  }
+  std::string text = readInput(options.input);
+  if (!isProgramTable(text)) {
+    return options.input == "-" ? importDeposition(text, options.input, options.choice)
+                                : importDepositionFile(options.input, options.choice);
+  }
+  if (!options.map.empty()) {
+    throw ToolError(ToolStatus::usage, "a table has no numbers of authors for --map");
+  }
+  Imported table;
+  table.table = std::move(text);
+  return table;
+}
+
+void correctReferencing(const Options& options, Imported& imported) {
+  referencing::Corrected corrected;
+  if (options.rereference) {
+    const referencing::Database database(tableFolder(options.tabFolder));
+    corrected = referencing::rereference(database, imported.table);
+  } else if (!options.shiftBy.empty()) {
+    corrected = referencing::shiftBy(referencing::parseShiftBy(options.shiftBy), imported.table);
+  } else {
+    return;
+  }
+  imported.table = std::move(corrected.text);
+  imported.remarks.insert(imported.remarks.end(), corrected.notes.begin(), corrected.notes.end());
+}
+
 void importShifts(const Options& options) {
   if (options.listContents) {
     writeWholeFile(options.output, depositionContentsOfFile(options.input));
     return;
   }
-  Imported imported = importDepositionFile(options.input, options.choice);
+  Imported imported = readShifts(options);
+  correctReferencing(options, imported);
   std::vector<Output> outputs;
   outputs.push_back({options.output, std::move(imported.table)});
   if (!options.map.empty()) {
