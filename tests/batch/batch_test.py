@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """citrans-batch as a user runs it: entries of every fate, order, resumption, statuses.
 
-usage: batch_test.py CITRANS_BATCH CITRANS SOURCE_ROOT
+usage: batch_test.py CITRANS_BATCH SOURCE_ROOT
 """
 import json
 import os
@@ -14,7 +14,7 @@ import tempfile
 import time
 import unittest
 
-BATCH, CITRANS, ROOT = (os.path.abspath(path) for path in sys.argv[1:4])
+BATCH, ROOT = (os.path.abspath(path) for path in sys.argv[1:3])
 
 # An importer that fails in every way, by the first word of the file.
 IMPORTER = """#!/bin/sh
@@ -35,7 +35,7 @@ ENTRIES = [
     ("3.str", "data_bad\n", "import", "x:3: no shifts"),
     ("4.str", "data_dies\n", "crashed", "signal 11"),
     ("5.tab", "VARS A\nFORMAT %s\n", "refused", "sequence is required"),
-    ("6.tab", "VARS A\nFORMAT %s\nREMARK\n", "crashed", "signal 6"),
+    ("6.tab", "VARS A\nFORMAT %s\nREMARK\n", "refused", "REMARK or DATA and nothing else"),
 ]
 
 
@@ -66,7 +66,7 @@ class Batch(unittest.TestCase):
         return os.path.join(self.folder, name)
 
     def command(self, *arguments):
-        return [BATCH, "--citrans", CITRANS, "--import", self.importer, "--quiet", *arguments]
+        return [BATCH, "--import", self.importer, "--quiet", *arguments]
 
     def run_batch(self, *arguments):
         return subprocess.run(self.command(*arguments), cwd=ROOT, capture_output=True, text=True,
@@ -91,6 +91,50 @@ class Batch(unittest.TestCase):
         self.assertEqual(len(prolines), 16)
         self.assertEqual([(row["resid"], row["author"]) for row in prolines if row["call"] == "cis"],
                          [(82, "82"), (82, "182")])
+
+    def rows_of(self, change, *arguments):
+        """The entry's row and those of its prolines by number, of the example after a change."""
+        with open(self.example) as file:
+            lines = [change(line) for line in file]
+        table = self.write("changed.tab", "".join(lines))
+        done = self.run_batch(table, "--format", "jsonl", *arguments)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        entry, *prolines = [json.loads(line) for line in done.stdout.splitlines()]
+        return entry, {row["resid"]: row for row in prolines}
+
+    @staticmethod
+    def shifted(line, by=2.7):
+        cells = line.split()
+        if len(cells) == 4 and cells[0].isdigit() and cells[2][0] == "C":
+            cells[3] = f"{float(cells[3]) + by:.3f}"
+            return " ".join(cells) + "\n"
+        return line
+
+    def test_wrong_referencing_is_corrected_and_said(self):
+        entry, prolines = self.rows_of(self.shifted)
+        self.assertAlmostEqual(entry["offset_ca"], 2.7, delta=0.4)
+        self.assertAlmostEqual(entry["offset_c"], 2.7, delta=1)
+        self.assertEqual(entry["offset_ha"], 0)
+        cis = prolines[82]
+        self.assertEqual((cis["call"], cis["changed"]), ("cis", "yes"))
+        self.assertNotEqual(cis["call_raw"], "cis")
+        self.assertGreater(cis["p_cis_norm"], 0.9)
+        self.assertLess(cis["p_cis_norm_raw"], 0.5)
+        self.assertAlmostEqual(cis["cg_shift"], 24.6 + 2.7 - entry["offset_ca"], delta=0.002)
+        self.assertEqual([row["call"] for row in prolines.values()].count("trans"), 7)
+        entry, prolines = self.rows_of(self.shifted, "--no-rereference")
+        self.assertIsNone(entry["offset_ca"])
+        self.assertEqual(prolines[82]["p_cis_norm"], cis["p_cis_norm_raw"])
+        self.assertEqual((prolines[82]["call"], prolines[82]["changed"]), (cis["call_raw"], "no"))
+
+    def test_a_proline_without_cb_and_cg_is_undecided(self):
+        entry, prolines = self.rows_of(
+            lambda line: "" if line.split()[2:3] in (["CB"], ["CG"]) else line)
+        self.assertIsNone(entry["offset_ca"])  # no residue has CA and CB
+        self.assertEqual((prolines[82]["has_cb"], prolines[82]["has_cg"]), ("no", "no"))
+        self.assertEqual(prolines[82]["call"], "undecided")
+        self.assertLess(prolines[82]["p_cis_norm"], 0.5)
+        self.assertLess(abs(prolines[82]["evidence"]), 0.5)
 
     def test_output_does_not_depend_on_the_number_of_workers(self):
         for jobs in ("1", "5"):
@@ -190,6 +234,7 @@ class Batch(unittest.TestCase):
             (["-j", "0", self.inputs], 1),
             (["--list", self.path("nowhere")], 66),
             ([self.inputs, "-o", self.path("nowhere/out")], 73),
+            ([self.inputs, "--tab", self.folder], 66),
             ([self.inputs, "-o", "/dev/full", "--journal", self.path("j")], 73),
         ]:
             with self.subTest(arguments):

@@ -3,47 +3,10 @@
 #include <nlohmann/json.hpp>
 
 #include "table/file_io.h"
+#include "tools/batch/entry_json.h"
 #include "tools/common/tool.h"
 
 using nlohmann::json;
-
-namespace {
-
-json toJson(const EntryResult& result) {
-  json prolines = json::array();
-  for (const ProlineRow& row : result.prolines) {
-    prolines.push_back({row.resid, row.author, row.before, row.after, row.counts[0], row.counts[1],
-                        row.counts[2], row.cgShift, row.pCis, row.pCisNorm});
-  }
-  return {{"path", result.entry.path},         {"size", result.entry.size},
-          {"modified", result.entry.modified}, {"status", result.status},
-          {"message", result.message},         {"prolines", prolines}};
-}
-
-EntryResult fromJson(const json& stored) {
-  EntryResult result;
-  result.entry = {stored.at("path"), stored.at("size"), stored.at("modified")};
-  result.status = stored.at("status");
-  result.message = stored.at("message");
-  for (const json& cells : stored.at("prolines")) {
-    result.prolines.push_back({cells.at(0),
-                               cells.at(1),
-                               cells.at(2),
-                               cells.at(3),
-                               {cells.at(4), cells.at(5), cells.at(6)},
-                               cells.at(7),
-                               cells.at(8),
-                               cells.at(9)});
-  }
-  return result;
-}
-
-/// Bytes that are no UTF-8, as file names may hold, become the replacement character.
-std::string lineOf(const json& value) {
-  return value.dump(-1, ' ', false, json::error_handler_t::replace) + "\n";
-}
-
-} // namespace
 
 Journal::Journal(const std::string& path, const std::string& settings, bool resume) : path_(path) {
   if (path.empty()) {

@@ -1,12 +1,16 @@
 #include <cstdio>
 
+#include "table/file_io.h"
 #include "tools/batch/entries.h"
+#include "tools/batch/entry_json.h"
 #include "tools/batch/output_rows.h"
+#include "tools/batch/prediction.h"
 #include "tools/batch/process.h"
 #include "tools/batch/worker_pool.h"
 #include "tools/common/command_options.h"
 #include "tools/common/file_identity.h"
 #include "tools/common/output.h"
+#include "tools/common/program_tables.h"
 #include "tools/common/tool.h"
 
 namespace {
@@ -25,14 +29,15 @@ struct Options {
   PoolSettings pool;
   bool resume = false;
   bool quiet = false;
-  bool offset = false;
-  bool iso = false;
-  bool noclip = false;
+  PredictionSettings prediction;
+  bool noRereference = false;
+  /// The table that this process is to predict for another one of its kind.
+  std::string predictTable;
 };
 
 void declareOptions(CLI::App& app, Options& options) {
-  options.run.citrans = programBeside("citrans");
   options.run.importer = programBeside("citrans-import");
+  options.run.pages.citrans = programBeside("citrans");
   options.run.pages.report = programBeside("citrans-report");
   app.set_version_flag("--version", versionLine(program));
   app.add_option("inputs", options.inputs, "files and folders: NMR-STAR, NEF or tables");
@@ -50,42 +55,69 @@ void declareOptions(CLI::App& app, Options& options) {
   app.add_flag("--resume", options.resume, "go on with a batch that was stopped");
   app.add_flag("--fail-fast", options.pool.failFast, "stop at the first entry that fails");
   app.add_flag("--quiet", options.quiet, "no progress");
-  app.add_flag("--offset", options.offset, "run citrans with -offset");
-  app.add_flag("--iso", options.iso, "run citrans with -iso");
-  app.add_flag("--noclip", options.noclip, "run citrans with -noclip");
+  app.add_flag("--no-rereference", options.noRereference, "leave the referencing as it is");
+  app.add_flag("--offset", options.prediction.offset,
+               "correct as citrans -offset does, which spoils calls that use CG");
+  app.add_flag("--iso", options.prediction.iso, "correct for deuteration, as citrans -iso");
+  app.add_flag("--noclip", options.prediction.noclip, "leave extreme shifts, as citrans -noclip");
   app.add_option("--journal", options.journal,
                  "file for results so far (default: the output's name and .journal, none for -)");
   app.add_option("--report", options.run.pages.folder,
                  "folder for a page about each entry and index.html, the list of them");
-  app.add_option("--citrans", options.run.citrans, "the program to run");
+  app.add_option("--citrans", options.run.pages.citrans,
+                 "the program that a page of --report is made with");
+  app.add_option("--tab", options.prediction.tabFolder, "folder of the tables");
   app.add_option("--import", options.run.importer, "the importer to run");
+  app.add_option("--predict-table", options.predictTable)->group(""); // for its own processes
 }
 
-void passOn(Options& options) {
-  const std::pair<bool, const char*> switches[] = {
-      {options.offset, "-offset"}, {options.iso, "-iso"}, {options.noclip, "-noclip"}};
+/// What predicts a table in a process of its own: this program, with the same settings.
+void setPredictor(Options& options) {
+  PredictionSettings& settings = options.prediction;
+  settings.tabFolder = tableFolder(settings.tabFolder);
+  settings.rereference = !options.noRereference;
+  std::vector<std::string>& command = options.run.predictor;
+  command = {programBeside(program), "--tab", settings.tabFolder};
+  const std::pair<bool, const char*> switches[] = {{settings.offset, "--offset"},
+                                                   {settings.iso, "--iso"},
+                                                   {settings.noclip, "--noclip"},
+                                                   {options.noRereference, "--no-rereference"}};
   for (const auto& [given, name] : switches) {
     if (given) {
-      options.run.options.emplace_back(name);
+      command.emplace_back(name);
     }
   }
-  options.run.pages.citrans = options.run.citrans;
-  options.run.pages.options = options.run.options;
-  options.run.pages.seconds = options.run.seconds;
-  if (options.journal.empty() && options.output != "-") {
-    options.journal = options.output + ".journal";
+  command.emplace_back("--predict-table");
+  const std::pair<bool, const char*> ofProgram[] = {
+      {settings.offset, "-offset"}, {settings.iso, "-iso"}, {settings.noclip, "-noclip"}};
+  for (const auto& [given, name] : ofProgram) {
+    if (given) {
+      options.run.pages.options.emplace_back(name);
+    }
   }
+  options.run.pages.seconds = options.run.seconds;
 }
 
 /// All that a stored result depends on besides its entry.
 std::string settingsText(const Options& options) {
   std::string text = versionLine(program);
-  for (const std::string& option : options.run.options) {
-    text += " " + option;
+  for (std::size_t i = 1; i < options.run.predictor.size(); ++i) {
+    text += " " + options.run.predictor[i];
   }
   // A stored result has its page only where it was made.
   text += options.run.pages.folder.empty() ? "" : " --report " + options.run.pages.folder;
   return text;
+}
+
+int predictTable(const Options& options) {
+  const std::optional<std::string> table = readWholeFile(options.predictTable);
+  if (!table) {
+    throw ToolError(ToolStatus::inputMissing, options.predictTable + ": cannot read the file");
+  }
+  EntryResult result;
+  Predictor(options.prediction).predict(*table, result);
+  writeWholeFile("-", lineOf(toJson(result)));
+  return static_cast<int>(ToolStatus::done);
 }
 
 int stoppedEarly(const Options& options, const std::vector<EntryResult>& results) {
@@ -120,10 +152,17 @@ int runBatch(int argc, char** argv) {
   if (!parseOptions(app, argc, argv)) {
     return static_cast<int>(ToolStatus::done);
   }
+  setPredictor(options);
+  if (!options.predictTable.empty()) {
+    return predictTable(options);
+  }
   if (options.inputs.empty() && options.list.empty()) {
     throw ToolError(ToolStatus::usage, "no input; see --help");
   }
-  passOn(options);
+  if (options.journal.empty() && options.output != "-") {
+    options.journal = options.output + ".journal";
+  }
+  Predictor{options.prediction}; // refuses tables of the database once, not with every entry
   const std::vector<std::string> outputs = {options.output, options.journal};
   std::vector<Entry> entries = collectEntries(options.inputs, options.list, outputs);
   if (!options.run.pages.folder.empty()) {

@@ -7,7 +7,9 @@
 #include "app/citrans.h"
 #include "table/file_io.h"
 #include "table/number.h"
+#include "tools/batch/entry_json.h"
 #include "tools/batch/process.h"
+#include "tools/common/program_tables.h"
 
 namespace fs = std::filesystem;
 
@@ -16,27 +18,13 @@ namespace {
 /// Files of one entry below the scratch folder.
 struct ScratchFiles {
   explicit ScratchFiles(const std::string& folder)
-      : table(folder + "/in.tab"), map(folder + "/map.tsv"), summary(folder + "/pred.tab"),
-        output(folder + "/stdout"), error(folder + "/stderr") {}
-  std::string table, map, summary, output, error;
+      : table(folder + "/in.tab"), map(folder + "/map.tsv"), output(folder + "/stdout"),
+        error(folder + "/stderr") {}
+  std::string table, map, output, error;
 };
 
 std::string contentOf(const std::string& path) {
   return readWholeFile(path).value_or("");
-}
-
-/// Whether the text is a table of the program's own: it has a VARS and a FORMAT line.
-bool isTable(const std::string& text) {
-  bool vars = false;
-  bool format = false;
-  std::string_view rest = text;
-  for (std::string_view line; takeLine(rest, line) && !(vars && format);) {
-    const std::string keyword =
-        GDB::split(" ", GDB::simplifyWhiteSpace(std::string(line.substr(0, 80)) + " ."))[0];
-    vars = vars || strcasecmp(keyword.c_str(), "VARS") == 0;
-    format = format || strcasecmp(keyword.c_str(), "FORMAT") == 0;
-  }
-  return vars && format;
 }
 
 /// The lines of a stream that tell something: without the banner and blank lines, joined.
@@ -75,29 +63,6 @@ std::map<std::string, std::string> readMap(const std::string& file) {
   return authors;
 }
 
-std::vector<ProlineRow> readSummary(const ScratchFiles& files) {
-  const std::map<std::string, std::string> authors = readMap(files.map);
-  const GDB summary(files.summary);
-  std::vector<ProlineRow> rows;
-  for (std::size_t at = 0; at < summary.rowCount(); ++at) {
-    const auto cell = [&](const char* name) { return std::string(summary.cell(at, name)); };
-    ProlineRow row;
-    row.resid = cell("RESID");
-    const auto author = authors.find(row.resid);
-    row.author = author == authors.end() ? row.resid : author->second;
-    row.before = cell("RESNAME_R1");
-    row.after = cell("RESNAME_R3");
-    row.counts[0] = cell("CS_CNT1");
-    row.counts[1] = cell("CS_CNT2");
-    row.counts[2] = cell("CS_CNT3");
-    row.cgShift = parseDouble(cell("CG_SHIFT")) < shift::missingFrom ? cell("CG_SHIFT") : "";
-    row.pCis = cell("P_CIS");
-    row.pCisNorm = cell("P_CIS_NORM");
-    rows.push_back(row);
-  }
-  return rows;
-}
-
 /// True when the process ended well; otherwise fills status and message.
 bool endedWell(const ProcessEnd& end, EntryResult& result, const char* failure,
                const std::string& message) {
@@ -125,8 +90,7 @@ bool makeTable(const ScratchFiles& files, const RunSettings& settings, EntryResu
     result.message = "cannot read the file";
     return false;
   }
-  if (isTable(*text)) {
-    // A link, since the program's command line cannot hold every file name.
+  if (isProgramTable(*text)) {
     fs::create_symlink(fs::absolute(path), files.table);
     return true;
   }
@@ -138,23 +102,22 @@ bool makeTable(const ScratchFiles& files, const RunSettings& settings, EntryResu
 }
 
 void predict(const ScratchFiles& files, const RunSettings& settings, EntryResult& result) {
-  std::vector<std::string> command = {settings.citrans, "-in", files.table, "-sum", files.summary};
-  command.insert(command.end(), settings.options.begin(), settings.options.end());
+  std::vector<std::string> command = settings.predictor;
+  command.push_back(files.table);
   const ProcessEnd end = runProcess(command, files.output, files.error, settings.seconds);
-  const std::string message = messageIn(files.error, "citrans");
-  if (!endedWell(end, result, "refused", message)) {
+  if (!endedWell(end, result, "refused", messageIn(files.error, "citrans-batch"))) {
     return;
   }
-  // The program exits with 0 also after an error; only a summary tells that it came to its end.
-  if (!fs::exists(files.summary)) {
-    result.status = "refused";
-    result.message = message;
-    return;
-  }
-  result.prolines = readSummary(files);
-  result.status = "ok";
-  if (!message.empty()) {
-    result.message += (result.message.empty() ? "" : " | ") + message;
+  EntryResult predicted = fromJson(nlohmann::json::parse(contentOf(files.output)));
+  result.status = predicted.status;
+  result.message +=
+      (result.message.empty() || predicted.message.empty() ? "" : " | ") + predicted.message;
+  result.offsets = predicted.offsets;
+  result.prolines = std::move(predicted.prolines);
+  const std::map<std::string, std::string> authors = readMap(files.map);
+  for (ProlineRow& row : result.prolines) {
+    const auto author = authors.find(row.resid);
+    row.author = author == authors.end() ? row.resid : author->second;
   }
 }
 
