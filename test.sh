@@ -129,6 +129,10 @@ if [[ $coverage == yes ]]; then
 else
   scripts/install-deps.sh test
 fi
+# Comes from npm; without it the pages are looked at by the other checks alone.
+if command -v npm >/dev/null 2>&1; then
+  scripts/install-axe.sh || echo "test.sh: no axe-core, npm could not install it" >&2
+fi
 
 stage format check_format
 stage scripts check_scripts

@@ -281,13 +281,15 @@ TEST(About, TakesWhatTheImportSaid) {
     const About about =
         aboutFrom({" Chemical shifts of NEF entry x, from a.nef", row.remark,
                    "Warning: 3 values left out", " 0.100 ppm referencing offset applied for 1Ha",
+                   "referencing of C: off by 2.60 +/- 0.07 ppm, 81 points: taken off",
+                   "referencing of HA: off by 0.01 +/- 0.02 ppm, 81 points: left as it is",
                    "CITRANS Protein Secondary Chemical Shift Table for x", "SHIFT is"});
     EXPECT_EQ(about.protein, row.protein);
     EXPECT_EQ(about.entry, "NEF entry x");
     EXPECT_EQ(about.source, "a.nef");
     EXPECT_EQ(about.warnings, std::vector<std::string>{"3 values left out"});
-    EXPECT_EQ(about.corrections.size(), 1U);
-    EXPECT_EQ(about.remarks.size(), 2U);
+    EXPECT_EQ(about.corrections.size(), 2U);
+    EXPECT_EQ(about.remarks.size(), 3U);
   }
 }
 

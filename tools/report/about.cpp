@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "tools/report/inputs.h"
 #include "tools/report/text.h"
 
@@ -7,6 +9,8 @@ namespace {
 constexpr std::string_view shiftsOf = "Chemical shifts of ";
 constexpr std::string_view entity = "entity ";
 constexpr std::string_view warning = "Warning: ";
+/// What the import found of the referencing of a nucleus.
+constexpr std::string_view referencingOf = "referencing of ";
 /// The first remark of citrans itself, after those of its input and of what it corrected.
 constexpr std::string_view ownRemarks = "CITRANS Protein Secondary Chemical Shift Table";
 
@@ -14,8 +18,14 @@ bool startsWith(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;
 }
 
+bool endsWith(std::string_view text, std::string_view end) {
+  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+/// What citrans or the import took off the shifts.
 bool isCorrection(std::string_view remark) {
-  return remark.find("ppm referencing offset applied for") != std::string_view::npos ||
+  return (startsWith(remark, referencingOf) && endsWith(remark, ": taken off")) ||
+         remark.find("ppm referencing offset applied for") != std::string_view::npos ||
          remark.find("Isotope Shifts Correction Applied") != std::string_view::npos;
 }
 
@@ -91,9 +101,11 @@ std::string Inputs::proteinName() const {
     const bool numbered = about.entry.find(" entry ") != std::string::npos;
     return numbered || about.source.empty() ? about.entry : about.source;
   }
-  if (!about.remarks.empty()) {
-    const std::string& remark = about.remarks.front();
-    std::string start = remark.substr(0, remark.find(", "));
+  const auto first =
+      std::find_if(about.remarks.begin(), about.remarks.end(),
+                   [](const std::string& remark) { return !startsWith(remark, referencingOf); });
+  if (first != about.remarks.end()) {
+    std::string start = first->substr(0, first->find(", "));
     if (start.size() <= longest) {
       return start;
     }
