@@ -208,17 +208,18 @@ TEST_F(OneProline, CarbonsAreThoseObservedWhateverWasTakenOff) {
   inputs.about.corrections = {"0.500 ppm referencing offset applied for 13Ca and 13Cb"};
   EXPECT_TRUE(carbonsOf(inputs, row).cgSubtracted);
   EXPECT_DOUBLE_EQ(carbonsOf(inputs, row).difference().value(), 9.5); // CG was 25.5
-  row.cg = shift::missing;
+  row.cg = static_cast<double>(shift::missing);
   EXPECT_FALSE(carbonsOf(inputs, row).difference().has_value());
 }
 
 /// Cis from 10 to 1 for cis, trans from 2 to 1 for trans, without CB and CG.
 calls::Rules someRules() {
   GDB table;
-  std::string text = "VARS ASSIGNED CIS_FROM TRANS_TO CIS_CALLS CIS_RIGHT TRANS_CALLS TRANS_RIGHT "
-                     "UNDECIDED\nFORMAT %s %f %f %d %f %d %f %d\n";
+  std::string text =
+      "VARS ASSIGNED CIS_FROM TRANS_TO TRANS_SHIFTS CIS_CALLS CIS_RIGHT TRANS_CALLS TRANS_RIGHT "
+      "UNDECIDED\nFORMAT %s %f %f %d %d %f %d %f %d\n";
   for (const char* assigned : {"both", "CB", "CG", "neither"}) {
-    text += std::string(assigned) + " 1.0 -0.30103 20 0.950 200 0.990 9\n";
+    text += std::string(assigned) + " 1.0 -0.30103 0 20 0.950 200 0.990 9\n";
   }
   table.loadText(text);
   return calls::Rules(table);
