@@ -1,5 +1,7 @@
 #!/usr/bin/env python3
-"""Run one whole-program case: run_cases.py CITRANS CASE
+"""Run one whole-program case: run_cases.py CASE CITRANS
+
+CITRANS may be several words, node and a program for it for instance.
 
 A case is a folder of tests/cases. Its file `cmd` is the command line, with NAME=value before it for
 the environment and {root} for the top of the source tree. The program runs in a new folder that
@@ -7,7 +9,8 @@ holds a copy of the case's `in` folder, and of tests/cases/tab as `tab`, the dat
 
   expected/status   is the exit status, or the name of the signal (0 without this file)
   expected/stdout   and
-  expected/stderr   are the streams, empty without these files; not compared after a signal
+  expected/stderr   are the streams, empty without these files; after a signal, which adds words of
+                    its own to standard error, that is not compared
   expected/NAME     is the written file NAME; no other file may have been written
   calls             lists "RESID cis" and "RESID trans", what the summary pred.tab must say
 
@@ -43,7 +46,7 @@ def normal(text):
 def run(program, arguments, environment, folder):
     """Status, streams and written files by name, as a case lists them."""
     before = set(os.listdir(folder))
-    done = subprocess.run([program, *arguments], cwd=folder, env=environment, timeout=120,
+    done = subprocess.run([*program, *arguments], cwd=folder, env=environment, timeout=120,
                           stdin=subprocess.DEVNULL, capture_output=True)
     status = str(done.returncode)
     if done.returncode < 0:
@@ -59,7 +62,7 @@ def expected_by(case, arguments, folder):
     if (case / "derived").exists():
         scratch = folder.with_suffix(".derived")
         shutil.copytree(folder, scratch)
-        return run(sys.executable, [TESTS / "derive.py", *arguments], dict(os.environ), scratch)
+        return run([sys.executable], [TESTS / "derive.py", *arguments], dict(os.environ), scratch)
     wanted = {"status": "0", "stdout": "", "stderr": "<banner>\n"}
     for path in (case / "expected").glob("*"):
         wanted[path.name] = path.read_bytes().decode("latin-1")
@@ -75,7 +78,8 @@ def wrong_calls(lines, summary):
 
 
 def main():
-    program, case = os.path.abspath(sys.argv[1]), TESTS / "cases" / sys.argv[2]
+    case = TESTS / "cases" / sys.argv[1]
+    program = [*sys.argv[2:-1], os.path.abspath(sys.argv[-1])]
     words = [word.replace("{root}", str(ROOT)) for word in shlex.split((case / "cmd").read_text())]
     environment = {k: v for k, v in os.environ.items() if k != "CITRANS_DIR"}
     while words and re.match(r"\w+=", words[0]):
@@ -93,8 +97,8 @@ def main():
         failed = found["status"] != "0" or bool(made)
         print(f"calls: {made}" if made else "")
     else:
-        streams = {"stdout", "stderr"} if found["status"].startswith("SIG") else set()
-        for name in sorted((wanted.keys() | found.keys()) - streams):
+        ignored = {"stderr"} if found["status"].startswith("SIG") else set()
+        for name in sorted((wanted.keys() | found.keys()) - ignored):
             difference = list(difflib.unified_diff(
                 wanted.get(name, "").splitlines(True), found.get(name, "").splitlines(True),
                 f"{name} expected", f"{name} found"))
