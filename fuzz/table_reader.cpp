@@ -117,7 +117,7 @@ void requireSequence(const GDB& table) {
       sequence.size() - static_cast<std::size_t>(GDB::contains(sequence, ' '));
   const std::size_t stored = table.residueNames().size();
   const long long places = 2147483647LL - table.firstResidue() + 1;
-  require(stored == std::min<std::size_t>(letters, static_cast<std::size_t>(places)),
+  require(static_cast<long long>(stored) == std::min(static_cast<long long>(letters), places),
           "a residue for every letter, as far as numbers reach");
   require(stored == 0 || table.residueNames().begin()->first == table.firstResidue(),
           "the first residue has the number of the header");

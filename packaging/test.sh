@@ -5,6 +5,7 @@
 #   packaging/test.sh        needs the release build in build/release
 set -euo pipefail
 cd "$(dirname "$0")/.."
+sources=$PWD
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
@@ -29,11 +30,12 @@ check() {
 check "one DEB and one TGZ" test "$(find "$scratch/packages" -maxdepth 1 -name 'citrans*.deb' \
   -o -maxdepth 1 -name 'citrans*.tar.gz' | wc -l)" -eq 2
 if command -v lintian >/dev/null; then
-  check "lintian" lintian --fail-on error,warning --allow-root "$scratch"/packages/citrans*.deb
+  check "lintian" lintian --fail-on error,warning --allow-root "$scratch"/packages/*.deb
 fi
 
 root=$scratch/root
 dpkg-deb -x "$scratch"/packages/citrans*.deb "$root"
+dpkg-deb -x "$scratch"/packages/libcitrans-dev*.deb "$root"
 examples=$root/usr/share/doc/citrans/examples
 mkdir "$scratch/elsewhere"
 cd "$scratch/elsewhere"
@@ -67,6 +69,41 @@ pictures_are_installed() {
   return $status
 }
 check "pictures of the pages" pictures_are_installed
+
+# The copyright file names every library that NOTICES names, and what the licences of those that are
+# only linked with ask for holds: they are not in the program.
+notices_are_installed() {
+  local text=$root/usr/share/doc/citrans/copyright
+  grep -q "^MIT License" "$text" && grep -qxFf <(grep -B 1 "^Contained in:" "$sources/NOTICES" |
+    grep -vE "^(Contained in:|--)") "$text" && tail -n 20 "$sources/NOTICES" | cmp - <(tail -n 20 "$text")
+}
+check "notices" notices_are_installed
+check "C library not contained" grep -q "libc\.so" <(ldd "$root/usr/lib/citrans/citrans")
+
+# The library as another project uses it: its example from the installed tree, in two words of
+# CMake, gives the prolines of the program's summary, and every header stands by itself.
+library_example() {
+  cmake -S "$examples/library" -B "$scratch/example" -DCMAKE_PREFIX_PATH="$root/usr" \
+    -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror" &&
+    cmake --build "$scratch/example"
+} >"$scratch/example.log" 2>&1
+same_prolines() {
+  local prolines=$scratch/prolines.txt
+  "$scratch/example/predict_texts" "$root/usr/share/citrans/tab" "$examples/ybbr.tab" \
+    "$examples/ubiquitin.tab" >"$prolines" || return 1
+  awk '$1 ~ /^[0-9]+$/ { print $1, $2, $3, $4, $9 }' ybbr.out ubiquitin.out | cmp - "$prolines" &&
+    grep -q "^82 " "$prolines" && test "$(ls)" = "$1"
+}
+headers_stand_alone() {
+  local header
+  (cd "$root/usr/include/citrans" && find . -name '*.h') | while read -r header; do
+    echo "#include <citrans/${header#./}>" | c++ -std=c++17 -fsyntax-only -Wall -Wextra -Werror \
+      -I "$root/usr/include" -I "$root/usr/include/citrans" -x c++ - || return 1
+  done
+}
+check "example of the library" library_example
+check "the library predicts as the program does, and writes nothing" same_prolines "$(ls)"
+check "headers of the library" headers_stand_alone
 
 echo "$passed passed, $failed failed"
 test "$failed" -eq 0
