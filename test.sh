@@ -4,6 +4,8 @@
 #   ./test.sh              all stages
 #   ./test.sh --quick      format, scripts, manual pages, and the release build with its tests
 #   ./test.sh --coverage   all stages, then line and branch coverage of the tests
+#   ./test.sh --portable   all stages, then the core and its tests with libc++, as 32-bit x86 and as
+#                          WebAssembly under node
 #
 # Installs what is missing first (Debian packages; nothing is fetched when all is there). Each
 # stage is named, timed and counted as one check, and each test that ctest runs as one more. What
@@ -14,12 +16,14 @@ cd "$(dirname "$0")"
 
 quick=no
 coverage=no
+portable=no
 for option in "$@"; do
   case "$option" in
     --quick) quick=yes ;;
     --coverage) coverage=yes ;;
+    --portable) portable=yes ;;
     *)
-      echo "usage: ./test.sh [--quick] [--coverage]" >&2
+      echo "usage: ./test.sh [--quick] [--coverage] [--portable]" >&2
       exit 2
       ;;
   esac
@@ -106,6 +110,13 @@ test_release() {
   ctest --preset release --no-tests=error --parallel "$cores"
 }
 
+# The program as 32-bit code, through the whole-program cases: the same bytes as everywhere.
+test_m32() {
+  cmake --preset m32 || return 1
+  cmake --build --preset m32 --parallel "$cores" --target citrans || return 1
+  ctest --preset m32 --no-tests=error --parallel "$cores" -R '^case\.'
+}
+
 # The checks alone: the sanitize build has compiled the same files with the same compiler.
 run_tidy() {
   cmake --preset tidy || return 1
@@ -133,6 +144,9 @@ fi
 if command -v npm >/dev/null 2>&1; then
   scripts/install-axe.sh || echo "test.sh: no axe-core, npm could not install it" >&2
 fi
+if [[ $portable == yes ]]; then
+  scripts/install-deps.sh portable
+fi
 
 stage format check_format
 stage scripts check_scripts
@@ -143,10 +157,17 @@ if [[ $quick == no ]]; then
   stage sanitize build_and_test sanitize
   stage tutorial scripts/tutorial.sh --check
   stage package packaging/test.sh
+  stage m32 test_m32
+  stage notices scripts/notices.py --check
   stage tidy run_tidy
   stage analyse scripts/analyse.sh
   # A few seconds each: the seeds and a little more. Longer runs: fuzz/run.sh SECONDS.
   JOBS="$cores" stage fuzz fuzz/run.sh 5
+fi
+if [[ $portable == yes ]]; then
+  for preset in libcxx m32 wasm; do
+    stage "$preset-all" build_and_test "$preset"
+  done
 fi
 if [[ $coverage == yes ]]; then
   stage coverage show_coverage

@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Install the Debian packages that CITRANS is built, tested or measured with.
 #
-#   scripts/install-deps.sh [build|tools|test|coverage|bench]...      (default: build)
+#   scripts/install-deps.sh [build|tools|test|coverage|portable|bench]...      (default: build)
 #
 # build     cmake, ninja and g++: enough for the program
 # tools     build and the libraries of the companion programs
 # test      tools, clang with its tools and sanitizers, GoogleTest, mandoc, packaging, Chromium and
 #           what the batch examples run with
 # coverage  test and gcovr
+# portable  test, libc++, and emscripten (800 MB) with node
 # bench     build, Google Benchmark, and what the program is compared with and counted by
 #
 # Installs only what is missing, and says nothing and needs no network when nothing is. Works as
@@ -19,7 +20,9 @@ tools_needs="libcli11-dev nlohmann-json3-dev libkainjow-mustache-dev gemmi-dev t
 test_needs="$build_needs $tools_needs clang libclang-rt-dev clang-tidy clang-format libgtest-dev mandoc cppcheck"
 test_needs="$test_needs file dpkg-dev lintian" # for the packages
 test_needs="$test_needs chromium librsvg2-bin parallel snakemake" # for the report and the batch examples
+test_needs="$test_needs g++-multilib googletest" # for 32-bit code
 coverage_needs="$test_needs gcovr"
+portable_needs="$test_needs libc++-dev libc++abi-dev emscripten nodejs"
 bench_needs="$build_needs libbenchmark-dev gemmi-dev mawk valgrind"
 
 wanted=""
@@ -29,9 +32,10 @@ for name in "${@:-build}"; do
     tools) wanted="$wanted $build_needs $tools_needs" ;;
     test) wanted="$wanted $test_needs" ;;
     coverage) wanted="$wanted $coverage_needs" ;;
+    portable) wanted="$wanted $portable_needs" ;;
     bench) wanted="$wanted $bench_needs" ;;
     *)
-      echo "install-deps.sh: no set named '$name': build, tools, test, coverage or bench" >&2
+      echo "install-deps.sh: no set named '$name': build, tools, test, coverage, portable or bench" >&2
       exit 2
       ;;
   esac
@@ -45,6 +49,12 @@ is_there() {
     dpkg-dev) command -v dpkg-shlibdeps ;;
     clang) command -v clang++ ;;
     libclang-rt-dev) compgen -G '/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-*.a' ;;
+    g++-multilib) test -e /usr/lib/gcc/x86_64-linux-gnu/12/32/libstdc++.a ;;
+    googletest) test -e /usr/src/googletest/CMakeLists.txt ;;
+    libc++-dev) compgen -G '/usr/lib/llvm-*/include/c++/v1/version' ;;
+    libc++abi-dev) compgen -G '/usr/lib/llvm-*/lib/libc++abi.a' ;;
+    emscripten) command -v em++ ;;
+    nodejs) command -v node ;;
     libgtest-dev) test -e /usr/include/gtest/gtest.h -o -e /usr/local/include/gtest/gtest.h ;;
     libbenchmark-dev) test -e /usr/include/benchmark/benchmark.h ;;
     gemmi-dev) test -e /usr/include/gemmi/pdb.hpp ;;
