@@ -132,7 +132,7 @@ bool ShiftRun::isFirm() const {
          index.find_first_of("+-", 1) == std::string_view::npos;
 }
 
-void ShiftList::add(const ShiftRow& row) {
+void ShiftList::add(const ListedShift& row) {
   ++rows;
   const bool same = !runs.empty() && runs.back().index == row.index &&
                     runs.back().polymer == row.polymer && runs.back().copy == row.copy &&

@@ -62,7 +62,7 @@ struct ShiftRun {
 };
 
 /// One row of a loop of shifts, as the readers of the three kinds find it.
-struct ShiftRow {
+struct ListedShift {
   std::string_view polymer, copy, index, author, residue, atom, value, ambiguity;
 };
 
@@ -76,7 +76,7 @@ struct ShiftList {
   std::deque<ShiftRun> runs;
   std::deque<Shift> shifts; ///< of all runs
 
-  void add(const ShiftRow& row);
+  void add(const ListedShift& row);
 };
 
 /// What a deposition holds of interest here. Its shifts point into the text that it was read from,

@@ -24,11 +24,14 @@ auto fromDeposition(std::string_view text, const std::string& name, Make make) {
 }
 
 Imported importAs(std::string_view text, const std::string& name, const std::string& source,
-                  const Choice& settings) {
+                  const Choice& settings, Alternatives* alternatives) {
   return fromDeposition(text, name, [&](const Deposition& deposition) {
     ChosenShifts chosen = chooseShifts(deposition, settings, name);
     for (auto* lines : {&chosen.notes, &chosen.warnings}) {
       std::transform(lines->begin(), lines->end(), lines->begin(), oneLine);
+    }
+    if (alternatives != nullptr) {
+      *alternatives = alternativesTo(chosen, deposition);
     }
     Imported imported;
     imported.table = tableText(deposition, chosen, source);
@@ -54,12 +57,17 @@ std::string readInput(const std::string& path) {
 }
 
 Imported importDeposition(std::string_view text, const std::string& name, const Choice& settings) {
-  return importAs(text, name, name, settings);
+  return importAs(text, name, name, settings, nullptr);
+}
+
+Imported importDeposition(std::string_view text, const std::string& name, const Choice& settings,
+                          Alternatives& alternatives) {
+  return importAs(text, name, name, settings, &alternatives);
 }
 
 Imported importDepositionFile(const std::string& path, const Choice& settings) {
   const std::string text = readInput(path);
-  return importAs(text, path, std::filesystem::path(path).filename().string(), settings);
+  return importAs(text, path, std::filesystem::path(path).filename().string(), settings, nullptr);
 }
 
 std::string depositionContents(std::string_view text, const std::string& name) {

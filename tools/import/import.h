@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/import/shift_choice.h"
+#include "tools/import/alternatives.h"
 
 /// From a deposition to the program's input, without files and without printing: what the command,
 /// a page or a module calls.
@@ -21,6 +21,9 @@ struct Imported {
 /// \param name  what the file is called in messages and in the table
 /// Throws ToolError(badData) with one line for a text that cannot be used.
 Imported importDeposition(std::string_view text, const std::string& name, const Choice& settings);
+/// The same; `alternatives` becomes what there was to choose from.
+Imported importDeposition(std::string_view text, const std::string& name, const Choice& settings,
+                          Alternatives& alternatives);
 /// Of a file; "-" is standard input. Throws ToolError(inputMissing) too.
 Imported importDepositionFile(const std::string& path, const Choice& settings);
 

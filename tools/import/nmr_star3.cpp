@@ -213,7 +213,7 @@ std::map<std::string, std::string> allConditions(const StarDocument& document,
 }
 
 /// The polymer of a row: the entity that it names, else that of its copy.
-std::string_view polymerOf(const ShiftRow& row, const CopyEntities& entities,
+std::string_view polymerOf(const ListedShift& row, const CopyEntities& entities,
                            const std::set<std::string_view>& known) {
   if (known.count(row.polymer) > 0) {
     return row.polymer;
@@ -257,8 +257,9 @@ void addShifts(const StarDocument& document, const StarFrame& frame, const StarL
   list.name = frame.name;
   list.id = frame.tag({"_assigned_chem_shift_list.id"});
   while (rows.next()) {
-    ShiftRow row{rows[0], rows[1], rows[2].empty() ? rows[3] : rows[2], rows[4], rows[5], rows[6],
-                 rows[7], rows[8]};
+    ListedShift row{rows[0], rows[1], rows[2].empty() ? rows[3] : rows[2],
+                    rows[4], rows[5], rows[6],
+                    rows[7], rows[8]};
     row.copy = chains ? rows[10] : row.copy;
     row.polymer = polymerOf(row, entities, known);
     list.id = list.id.empty() ? std::string(rows[9]) : list.id;

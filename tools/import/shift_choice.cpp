@@ -219,6 +219,9 @@ ChosenShifts takePolymer(const Deposition& deposition, const PolymerShifts& shif
   ChosenShifts chosen;
   const Polymer& polymer = *shifts.polymer;
   const std::string copy = chooseCopy(shifts, choice, file, chosen);
+  chosen.entity = polymer.id;
+  chosen.list = shifts.list->id.empty() ? shifts.list->name : shifts.list->id;
+  chosen.copy = copy;
   std::vector<const ShiftRun*> runs;
   std::copy_if(shifts.runs.begin(), shifts.runs.end(), std::back_inserter(runs),
                [&copy](const ShiftRun* run) { return run->copy == copy; });

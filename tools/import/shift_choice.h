@@ -16,6 +16,7 @@ struct Choice {
 
 /// One protein's shifts, ready for the table.
 struct ChosenShifts {
+  std::string entity, list, copy; ///< what was chosen, as `Choice` takes it
   std::vector<Residue> residues;
   std::vector<ShiftValues> values;   ///< per residue
   std::string letters;               ///< sequence, "c" for oxidised cysteine

@@ -59,6 +59,18 @@ void takeProtein(const std::string& remark, About& about) {
 
 } // namespace
 
+std::string statisticsMadeBy(const GDB& statistics) {
+  constexpr std::string_view start = "Made by ";
+  std::string madeBy;
+  for (const std::string& remark : statistics.remarks()) {
+    const std::string text = GDB::simplifyWhiteSpace(remark);
+    if (startsWith(text, start)) {
+      madeBy = text.substr(start.size(), text.find(':') - start.size());
+    }
+  }
+  return madeBy;
+}
+
 About aboutFrom(const std::vector<std::string>& remarks) {
   About about;
   bool imported = false;

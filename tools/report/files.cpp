@@ -46,7 +46,6 @@ std::string databaseFolder(const std::string& database) {
 }
 
 Database readDatabase(const std::string& folder) {
-  constexpr std::string_view madeBy = "Made by ";
   CITRANS run;
   run.keepSilent();
   run.limitsName = folder + "/sslimit.tab";
@@ -62,14 +61,7 @@ Database readDatabase(const std::string& folder) {
   run.getProCSValue(run.proCSName);
   run.getProSeqOccurence(run.proSeqName);
   const GDB statistics(run.proCSName);
-  Database database{std::move(run), calls::Rules::load(folder), ""};
-  for (const std::string& remark : statistics.remarks()) {
-    const std::string text = GDB::simplifyWhiteSpace(remark);
-    if (text.substr(0, madeBy.size()) == madeBy) {
-      database.madeBy = text.substr(madeBy.size(), text.find(':') - madeBy.size());
-    }
-  }
-  return database;
+  return {std::move(run), calls::Rules::load(folder), statisticsMadeBy(statistics)};
 }
 
 Sources readSources(const InputPaths& paths) {

@@ -30,6 +30,9 @@ struct Database {
   std::string madeBy; ///< what made the statistics, as their remarks say; may be empty
 };
 
+/// What made the statistics of a database, as the remarks of their table say; may be empty.
+std::string statisticsMadeBy(const GDB& statistics);
+
 /// One row of the summary: a proline that was predicted.
 struct SummaryRow {
   int residue = 0;
