@@ -6,6 +6,9 @@
 #   ./test.sh --coverage   all stages, then line and branch coverage of the tests
 #   ./test.sh --portable   all stages, then the core and its tests with libc++, as 32-bit x86 and as
 #                          WebAssembly under node
+#   ./test.sh --web        all stages, then the page: needs emscripten (800 MB), which it installs
+#
+# Without --web the page is built and tried where emscripten is there.
 #
 # Installs what is missing first (Debian packages; nothing is fetched when all is there). Each
 # stage is named, timed and counted as one check, and each test that ctest runs as one more. What
@@ -17,13 +20,15 @@ cd "$(dirname "$0")"
 quick=no
 coverage=no
 portable=no
+web=no
 for option in "$@"; do
   case "$option" in
     --quick) quick=yes ;;
     --coverage) coverage=yes ;;
     --portable) portable=yes ;;
+    --web) web=yes ;;
     *)
-      echo "usage: ./test.sh [--quick] [--coverage] [--portable]" >&2
+      echo "usage: ./test.sh [--quick] [--coverage] [--portable] [--web]" >&2
       exit 2
       ;;
   esac
@@ -69,7 +74,7 @@ stage() {
 
 sources() {
   local folder
-  for folder in app table shifts predict structure tests fuzz bench tools; do
+  for folder in app table shifts predict structure tests fuzz bench tools web; do
     if [[ -d "$folder" ]]; then
       find "$folder" -type f \( -name '*.cpp' -o -name '*.h' \) -print0
     fi
@@ -82,7 +87,7 @@ check_format() {
 
 check_scripts() {
   local script status=0
-  for script in demo.sh test.sh bench.sh .ci/run bench/*.sh fuzz/run.sh scripts/*.sh packaging/*.sh; do
+  for script in demo.sh test.sh bench.sh .ci/run bench/*.sh fuzz/run.sh scripts/*.sh packaging/*.sh tests/web/*.sh; do
     bash -n "$script" || status=1
   done
   return $status
@@ -148,6 +153,12 @@ if [[ $portable == yes ]]; then
   scripts/install-deps.sh portable
 fi
 
+if [[ $web == yes ]]; then
+  scripts/install-deps.sh web
+elif [[ $quick == no ]] && command -v emcc >/dev/null && command -v npm >/dev/null; then
+  web=yes
+fi
+
 stage format check_format
 stage scripts check_scripts
 stage manuals check_manuals
@@ -168,6 +179,9 @@ if [[ $portable == yes ]]; then
   for preset in libcxx m32 wasm; do
     stage "$preset-all" build_and_test "$preset"
   done
+fi
+if [[ $web == yes ]]; then
+  stage web tests/web/run.sh build/release
 fi
 if [[ $coverage == yes ]]; then
   stage coverage show_coverage

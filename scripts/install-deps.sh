@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Install the Debian packages that CITRANS is built, tested or measured with.
 #
-#   scripts/install-deps.sh [build|tools|test|coverage|portable|bench]...      (default: build)
+#   scripts/install-deps.sh [build|tools|test|coverage|portable|bench|web]...      (default: build)
 #
 # build     cmake, ninja and g++: enough for the program
 # tools     build and the libraries of the companion programs
@@ -10,6 +10,7 @@
 # coverage  test and gcovr
 # portable  test, libc++, and emscripten (800 MB) with node
 # bench     build, Google Benchmark, and what the program is compared with and counted by
+# web       test, emscripten (800 MB installed), npm and Firefox: the page, and its tests
 #
 # Installs only what is missing, and says nothing and needs no network when nothing is. Works as
 # root or through sudo. Away from Debian it names what is missing and ends with status 1.
@@ -23,6 +24,7 @@ test_needs="$test_needs chromium librsvg2-bin parallel snakemake" # for the repo
 test_needs="$test_needs g++-multilib googletest" # for 32-bit code
 coverage_needs="$test_needs gcovr"
 portable_needs="$test_needs libc++-dev libc++abi-dev emscripten nodejs"
+web_needs="$test_needs emscripten nodejs npm firefox-esr"
 bench_needs="$build_needs libbenchmark-dev gemmi-dev mawk valgrind"
 
 wanted=""
@@ -34,8 +36,9 @@ for name in "${@:-build}"; do
     coverage) wanted="$wanted $coverage_needs" ;;
     portable) wanted="$wanted $portable_needs" ;;
     bench) wanted="$wanted $bench_needs" ;;
+    web) wanted="$wanted $web_needs" ;;
     *)
-      echo "install-deps.sh: no set named '$name': build, tools, test, coverage, portable or bench" >&2
+      echo "install-deps.sh: no set named '$name': build, tools, test, coverage, portable, bench or web" >&2
       exit 2
       ;;
   esac
@@ -65,6 +68,8 @@ is_there() {
     tao-pegtl-dev) test -e /usr/include/tao/pegtl.hpp ;;
     zlib1g-dev) test -e /usr/include/zlib.h ;;
     libnlopt-dev) test -e /usr/include/nlopt.h ;;
+    emscripten) command -v emcc ;;
+    nodejs) command -v node ;;
     *) command -v "$1" ;;
   esac >/dev/null 2>&1
 }

@@ -1,0 +1,63 @@
+"use strict";
+// Runs the program. Each message is a whole job, so that a worker that was stopped loses nothing.
+
+let program = null;
+
+/** Copies bytes into the program's memory; a NUL follows them. */
+function put(bytes) {
+  const at = program._malloc(bytes.length + 1);
+  if (at === 0) throw new Error("not enough memory for this file");
+  program.HEAPU8.set(bytes, at);
+  program.HEAPU8[at + bytes.length] = 0;
+  return at;
+}
+
+function outcome() {
+  const at = program._citrans_page_text();
+  return program.HEAPU8.slice(at, at + program._citrans_page_size());
+}
+
+/** Calls the program with texts and byte arrays, null for none, and gives the outcome's bytes. */
+function call(name, ...values) {
+  const places = [];
+  try {
+    const args = values.map((value) => {
+      if (value === null || typeof value === "number") return value || 0;
+      const at = put(typeof value === "string" ? new TextEncoder().encode(value) : value);
+      places.push(at);
+      return at;
+    });
+    const status = program["_" + name](...args);
+    const bytes = outcome();
+    if (status !== 0) throw new Error(new TextDecoder().decode(bytes));
+    return bytes;
+  } finally {
+    places.forEach((at) => program._free(at));
+  }
+}
+
+function work(job) {
+  const { shifts, structure, settings } = job;
+  const info = JSON.parse(new TextDecoder().decode(call(
+    "citrans_page_analyse", JSON.stringify(settings), shifts.name, shifts.bytes, shifts.bytes.length,
+    structure && structure.name, structure && structure.bytes, structure ? structure.bytes.length : 0)));
+  const outputs = {};
+  for (const kind of job.outputs) outputs[kind] = call("citrans_page_output", kind);
+  return { id: job.id, info, outputs };
+}
+
+onmessage = async ({ data }) => {
+  if (data.module) {
+    program = await makeCitrans({ wasmBinary: data.module, print() {}, printErr() {} });
+    postMessage({ ready: true });
+    return;
+  }
+  try {
+    postMessage(work(data));
+  } catch (error) {
+    // A fault of the machine leaves the program's memory in an unknown state.
+    const broken = error instanceof WebAssembly.RuntimeError || error instanceof RangeError;
+    postMessage({ id: data.id, broken,
+                  error: broken ? data.shifts.name + ": the program could not cope with this file" : error.message });
+  }
+};
