@@ -74,7 +74,7 @@ stage() {
 
 sources() {
   local folder
-  for folder in app table shifts predict structure tests fuzz bench tools web; do
+  for folder in app table shifts predict structure tests fuzz bench tools web python; do
     if [[ -d "$folder" ]]; then
       find "$folder" -type f \( -name '*.cpp' -o -name '*.h' \) -print0
     fi

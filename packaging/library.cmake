@@ -8,9 +8,11 @@ set(library_documents share/doc/libcitrans-dev)
 
 target_sources(citrans_core PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
   ${PROJECT_SOURCE_DIR}/app/citrans.h
+  ${PROJECT_SOURCE_DIR}/app/settings.h
   ${PROJECT_SOURCE_DIR}/predict/prediction.h
   ${PROJECT_SOURCE_DIR}/shifts/referencing.h
   ${PROJECT_SOURCE_DIR}/shifts/shift_check.h
+  ${PROJECT_SOURCE_DIR}/shifts/shift_values.h
   ${PROJECT_SOURCE_DIR}/structure/cordata.h
   ${PROJECT_SOURCE_DIR}/structure/pdb.h
   ${PROJECT_SOURCE_DIR}/table/gdb.h

@@ -105,5 +105,38 @@ check "example of the library" library_example
 check "the library predicts as the program does, and writes nothing" same_prolines "$(ls)"
 check "headers of the library" headers_stand_alone
 
+# The module as the package and the wheel install it, each alone, and away from the sources.
+python=/usr/bin/python3
+predicts_from() {
+  PYTHONPATH=$1 PYTHONDONTWRITEBYTECODE=1 "$python" - "$examples" "$1" <<'END'
+import pathlib, sys, citrans
+assert citrans.__file__.startswith(sys.argv[2]), citrans.__file__
+result = citrans.predict(pathlib.Path(sys.argv[1]) / "ybbr.tab")
+assert [proline.author for proline in result if proline.call == "cis"] == ["82"], result
+END
+}
+wheel_is_made() {
+  CITRANS_BUILD=$sources/build/release "$python" -m pip wheel --quiet --disable-pip-version-check \
+    --no-build-isolation --no-deps --no-index -w "$scratch/wheel" ./python &&
+    "$python" -m zipfile -e "$scratch"/wheel/citrans-*.whl "$scratch/wheel/root"
+}
+typed_and_licensed() {
+  local package=$1 licence=$2
+  test -s "$licence" -a -e "$package/py.typed" -a -e "$package/_core.pyi"
+}
+if [[ -d $sources/build/release/python ]]; then
+  dpkg-deb -x "$scratch"/packages/python3-citrans*.deb "$scratch/python"
+  dist=$scratch/python/usr/lib/python3/dist-packages
+  check "module of the package" predicts_from "$dist"
+  check "files of the package" typed_and_licensed "$dist/citrans" \
+    "$scratch/python/usr/share/doc/python3-citrans/copyright"
+  cd "$sources"
+  check "wheel" wheel_is_made
+  cd "$scratch/elsewhere"
+  check "module of the wheel" predicts_from "$scratch/wheel/root"
+  check "files of the wheel" typed_and_licensed "$scratch/wheel/root/citrans" \
+    "$(ls "$scratch"/wheel/root/citrans-*.dist-info/LICENSE)"
+fi
+
 echo "$passed passed, $failed failed"
 test "$failed" -eq 0

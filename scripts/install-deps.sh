@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Install the Debian packages that CITRANS is built, tested or measured with.
 #
-#   scripts/install-deps.sh [build|tools|test|coverage|portable|bench|web]...      (default: build)
+#   scripts/install-deps.sh [SET]...      (default: build)
 #
 # build     cmake, ninja and g++: enough for the program
 # tools     build and the libraries of the companion programs
-# test      tools, clang with its tools and sanitizers, GoogleTest, mandoc, packaging, Chromium and
+# python    tools and what the Python module is built, packed and tested with
+# test      python, clang with its tools and sanitizers, GoogleTest, mandoc, packaging, Chromium and
 #           what the batch examples run with
 # coverage  test and gcovr
 # portable  test, libc++, and emscripten (800 MB) with node
@@ -18,7 +19,8 @@ set -euo pipefail
 
 build_needs="cmake ninja-build g++"
 tools_needs="libcli11-dev nlohmann-json3-dev libkainjow-mustache-dev gemmi-dev tao-pegtl-dev zlib1g-dev libnlopt-dev"
-test_needs="$build_needs $tools_needs clang libclang-rt-dev clang-tidy clang-format libgtest-dev mandoc cppcheck"
+python_needs="python3-dev pybind11-dev python3-setuptools python3-wheel python3-pip python3-pytest"
+test_needs="$build_needs $tools_needs $python_needs clang libclang-rt-dev clang-tidy clang-format libgtest-dev mandoc cppcheck"
 test_needs="$test_needs file dpkg-dev lintian" # for the packages
 test_needs="$test_needs chromium librsvg2-bin parallel snakemake" # for the report and the batch examples
 test_needs="$test_needs g++-multilib googletest" # for 32-bit code
@@ -32,13 +34,14 @@ for name in "${@:-build}"; do
   case "$name" in
     build) wanted="$wanted $build_needs" ;;
     tools) wanted="$wanted $build_needs $tools_needs" ;;
+    python) wanted="$wanted $build_needs $tools_needs $python_needs" ;;
     test) wanted="$wanted $test_needs" ;;
     coverage) wanted="$wanted $coverage_needs" ;;
     portable) wanted="$wanted $portable_needs" ;;
     bench) wanted="$wanted $bench_needs" ;;
     web) wanted="$wanted $web_needs" ;;
     *)
-      echo "install-deps.sh: no set named '$name': build, tools, test, coverage, portable, bench or web" >&2
+      echo "install-deps.sh: no set named '$name' (see the head of this script)" >&2
       exit 2
       ;;
   esac
@@ -70,6 +73,12 @@ is_there() {
     libnlopt-dev) test -e /usr/include/nlopt.h ;;
     emscripten) command -v emcc ;;
     nodejs) command -v node ;;
+    # Those of Debian's Python: another one may come first on PATH.
+    python3-dev) compgen -G '/usr/include/python3*/Python.h' ;;
+    pybind11-dev) test -e /usr/include/pybind11/pybind11.h ;;
+    python3-setuptools | python3-wheel | python3-pip | python3-pytest)
+      /usr/bin/python3 -c "import ${1#python3-}"
+      ;;
     *) command -v "$1" ;;
   esac >/dev/null 2>&1
 }

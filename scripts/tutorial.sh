@@ -8,7 +8,8 @@
 # "$ " is run, and what follows it is its standard output and standard error, without the running
 # time and the blanks at line ends. DIR holds the depositions that the pages name. Without it the
 # blocks on depositions stay as they are, and the others start from the tables in examples/.
-# Needs the programs in build/release.
+# docs/python.md holds sessions of Python, which scripts/python-session.py runs from the root.
+# Needs the programs and the Python module in build/release.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 root="$PWD"
@@ -94,6 +95,8 @@ for page in "${pages[@]}"; do
   render "$page" "$scratch/$name" >"$scratch/$name.md"
   compare "$page" "$scratch/$name.md"
 done
+PYTHONPATH="$root/build/release/python" scripts/python-session.py docs/python.md >"$scratch/python.md"
+compare docs/python.md "$scratch/python.md"
 compare docs/images/evidence.svg "$scratch/tutorial/ybbr.svg"
 compare docs/images/pro82.svg "$scratch/evidence/pictures/P82.svg"
 compare docs/images/xcc2852.svg "$scratch/xcc2852/xcc2852.svg"

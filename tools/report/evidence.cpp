@@ -123,6 +123,20 @@ TripletPair tripletsOf(CITRANS& run, int proline) {
 
 } // namespace
 
+const char* kindName(Term::Kind kind) {
+  return kind == Term::Kind::shift ? "shift" : kind == Term::Kind::cg ? "cg" : "neighbour";
+}
+
+const char* stateName(const Term& term) {
+  if (!term.applicable) {
+    return "unused";
+  }
+  if (!term.present) {
+    return "missing";
+  }
+  return term.clipped ? "clipped" : term.readAsZero ? "read as 0" : "used";
+}
+
 const double logPriorOdds = std::log(19.0);
 
 double normalised(double pCis) {

@@ -30,6 +30,11 @@ struct Term {
       0; ///< contribution; 0 when missing, infinite or not-a-number without statistics
 };
 
+/// "shift", "cg" or "neighbour", as exports name it.
+const char* kindName(Term::Kind kind);
+/// "used", "clipped", "missing", "unused" (not applicable) or "read as 0".
+const char* stateName(const Term& term);
+
 /// All factors of one proline and what they add up to.
 struct Evidence {
   int residue = 0;

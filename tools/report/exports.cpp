@@ -22,20 +22,6 @@ std::string numberCell(double value, int decimals) {
   return std::isfinite(value) ? plainDecimal(value, decimals) : "";
 }
 
-const char* kindName(Term::Kind kind) {
-  return kind == Term::Kind::shift ? "shift" : kind == Term::Kind::cg ? "cg" : "neighbour";
-}
-
-std::string stateName(const Term& term) {
-  if (!term.applicable) {
-    return "unused";
-  }
-  if (!term.present) {
-    return "missing";
-  }
-  return term.clipped ? "clipped" : term.readAsZero ? "read as 0" : "used";
-}
-
 void addTsvRow(std::string& text, const Report& report, const ProlineReport& proline,
                const Term& term) {
   const bool shift = term.kind != Term::Kind::neighbour;
