@@ -1,4 +1,5 @@
 #include <cmath>
+#include <limits>
 
 #include "app/citrans.h"
 #include "table/number.h"
@@ -52,7 +53,12 @@ CisLikelihood CITRANS::getLikelihood(const Triplet& triplet, float cgShift) {
     multiplyBoth(cgShift, cgIndex);
   }
 
-  // Kept: two products of 0, as for a residue without statistics, give not-a-number.
+  // Kept: two products of 0, as for a residue without statistics, give not-a-number, printed with
+  // the sign that x86 gives to 0/0; other processors give it another.
+  if (cis == 0.0F && trans == 0.0F) {
+    constexpr float neither = -std::numeric_limits<float>::quiet_NaN();
+    return {neither, neither};
+  }
   CisLikelihood likelihood{};
   likelihood.cis = cis / (cis + trans);
   likelihood.normalised = likelihood.cis / (likelihood.cis + transPerCis * (1.0F - likelihood.cis));
