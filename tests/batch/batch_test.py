@@ -219,7 +219,7 @@ class Batch(unittest.TestCase):
     def test_a_signal_stops_the_batch_and_says_so(self):
         slow = self.write("slow.str", "data_hangs\n")
         batch = subprocess.Popen(self.command(slow, "--timeout", "5", "-o", self.path("out")),
-                                 stderr=subprocess.PIPE, text=True)
+                                 stderr=subprocess.PIPE, text=True, cwd=ROOT)
         time.sleep(1)
         batch.send_signal(signal.SIGTERM)
         _, error = batch.communicate(timeout=60)

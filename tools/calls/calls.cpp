@@ -36,12 +36,16 @@ Tally tally(const GDB& table, std::size_t row, const char* calls, const char* ri
   return {count, count > 0 ? number(table, row, right) : std::numeric_limits<double>::quiet_NaN()};
 }
 
+/// Infinite, on the side given by a sign, for a limit that nothing reaches.
+double limit(const GDB& table, std::size_t row, const char* column, double side) {
+  const double value = number(table, row, column);
+  return value == never ? std::copysign(infinite, side) : value;
+}
+
 Rule readRule(const GDB& table, std::size_t row) {
   Rule rule;
-  rule.cisFrom = number(table, row, "CIS_FROM");
-  rule.transTo = number(table, row, "TRANS_TO");
-  rule.cisFrom = rule.cisFrom == never ? infinite : rule.cisFrom;
-  rule.transTo = rule.transTo == never ? -infinite : rule.transTo;
+  rule.cisFrom = limit(table, row, "CIS_FROM", 1);
+  rule.transTo = limit(table, row, "TRANS_TO", -1);
   rule.transShifts = static_cast<int>(number(table, row, "TRANS_SHIFTS"));
   rule.cis = tally(table, row, "CIS_CALLS", "CIS_RIGHT");
   rule.trans = tally(table, row, "TRANS_CALLS", "TRANS_RIGHT");

@@ -76,9 +76,8 @@ struct Search {
   double lowest; ///< support that no limit may go below
 };
 
-/// \param without  two folds that are left out
 std::vector<Ladder> laddersOf(const std::vector<CallStratum>& strata, const Search& search,
-                              std::pair<int, int> without) {
+                              int withoutFold) {
   std::vector<Ladder> ladders(1);
   for (const CallStratum& stratum : strata) {
     if (!stratum.binding) {
@@ -87,9 +86,8 @@ std::vector<Ladder> laddersOf(const std::vector<CallStratum>& strata, const Sear
     Ladder ladder;
     for (const CallSample& sample : stratum.samples) {
       const double support = search.forCis ? sample.evidence : -sample.evidence;
-      if (sample.assigned == search.assigned && sample.fold != without.first &&
-          sample.fold != without.second && sample.shifts >= search.fewestShifts &&
-          support >= search.lowest) {
+      if (sample.assigned == search.assigned && sample.fold != withoutFold &&
+          sample.shifts >= search.fewestShifts && support >= search.lowest) {
         ladder.add(support, sample.cis == search.forCis);
         ladders.front().add(support, sample.cis == search.forCis);
       }
@@ -102,16 +100,10 @@ std::vector<Ladder> laddersOf(const std::vector<CallStratum>& strata, const Sear
   return ladders;
 }
 
-/// The lowest limit that holds without the fold, and is not below that without one more.
 LimitChoice searchLimit(const std::vector<CallStratum>& strata, const Search& search,
                         int withoutFold) {
-  const double share = search.forCis ? cisRight : transRight;
-  double lowest = search.lowest;
-  for (int fold = 0; fold < foldCount; ++fold) {
-    const std::vector<Ladder> ladders = laddersOf(strata, search, {withoutFold, fold});
-    lowest = std::max(lowest, lowestLimit(ladders, share, search.lowest).support);
-  }
-  return lowestLimit(laddersOf(strata, search, {withoutFold, withoutFold}), share, lowest);
+  return lowestLimit(laddersOf(strata, search, withoutFold), search.forCis ? cisRight : transRight,
+                     search.lowest);
 }
 
 template <class TrialOf>

@@ -12,8 +12,8 @@
 /// shifts. Each state of assignment (CB, CG) has limits of its own, which keep the promise by
 /// themselves in each stratum and over all strata together, and which at least one stratum with 30
 /// calls stands for. A call of trans may ask for a number of shifts besides. Within that as few
-/// prolines as possible stay undecided; but no limit is wider than it would be without any one of
-/// the folds, or it would rest on the luck of a few calls.
+/// prolines as possible stay undecided. (Limits that must hold without any one of the folds as well
+/// leave more undecided, and were no more often right on the fold that they had not seen.)
 namespace derive {
 
 constexpr double cisRight = 0.95;

@@ -169,7 +169,8 @@ std::string neededOdds(const calls::Rule& rule) {
                                                                           : cis ? " for trans"
                                                                                 : " for cis");
   };
-  return "cis takes " + needs(rule.cisFrom, true) + ", trans " + needs(rule.transTo, false);
+  return "cis takes " + needs(rule.cisFrom, true) + ", trans " + needs(rule.transTo, false) +
+         (rule.transShifts > 0 ? " and " + std::to_string(rule.transShifts) + " shifts" : "");
 }
 
 /// Why a proline inside the sequence was left out, as far as the table of shifts tells.
