@@ -124,7 +124,9 @@ double parseDouble(std::string_view text) {
   if (text.empty() || parseShortDecimal(text, value) || parseWhole(text, value)) {
     return value;
   }
-  return std::strtod(std::string(text).c_str(), nullptr);
+  value = std::strtod(std::string(text).c_str(), nullptr);
+  // Not every C library keeps the sign of "-nan".
+  return std::isnan(value) && text.front() == '-' ? std::copysign(value, -1.0) : value;
 }
 
 float parseFloat(std::string_view text) {
