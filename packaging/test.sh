@@ -121,8 +121,10 @@ wheel_is_made() {
     "$python" -m zipfile -e "$scratch"/wheel/citrans-*.whl "$scratch/wheel/root"
 }
 typed_and_licensed() {
-  local package=$1 licence=$2
-  test -s "$licence" -a -e "$package/py.typed" -a -e "$package/_core.pyi"
+  local package=$1
+  shift
+  test -e "$package/py.typed" -a -e "$package/_core.pyi" &&
+    grep -q "^MIT License" "$@" && grep -q "^pybind11 " "$@"
 }
 if [[ -d $sources/build/release/python ]]; then
   dpkg-deb -x "$scratch"/packages/python3-citrans*.deb "$scratch/python"
@@ -135,7 +137,7 @@ if [[ -d $sources/build/release/python ]]; then
   cd "$scratch/elsewhere"
   check "module of the wheel" predicts_from "$scratch/wheel/root"
   check "files of the wheel" typed_and_licensed "$scratch/wheel/root/citrans" \
-    "$(ls "$scratch"/wheel/root/citrans-*.dist-info/LICENSE)"
+    "$scratch"/wheel/root/citrans-*.dist-info/{LICENSE,NOTICES}
 fi
 
 echo "$passed passed, $failed failed"
