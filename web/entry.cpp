@@ -97,7 +97,7 @@ int guarded(Call call) {
     kept.outcome = call(kept);
     return 0;
   } catch (const std::bad_alloc&) {
-    kept.outcome = "not enough memory for this file";
+    kept.outcome = "not enough memory";
   } catch (const std::exception& error) {
     kept.outcome = error.what();
   }

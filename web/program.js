@@ -45,11 +45,11 @@ async function runNow(job) {
     running.onmessage = ({ data }) => {
       clearTimeout(timer);
       stopWorker = null;
-      if (data.broken) dropWorker();
+      if (data.worn) dropWorker();
       if (data.error) reject(new Error(data.error));
       else resolve(data);
     };
-    running.onerror = () => end(`${job.shifts.name}: the program could not cope with this file`);
+    running.onerror = () => end(`${job.shifts.name}: too much for the program`);
     running.postMessage({ id, outputs: [], ...job });
   });
 }

@@ -6,7 +6,7 @@ let program = null;
 /** Copies bytes into the program's memory; a NUL follows them. */
 function put(bytes) {
   const at = program._malloc(bytes.length + 1);
-  if (at === 0) throw new Error("not enough memory for this file");
+  if (at === 0) throw new Error("not enough memory");
   program.HEAPU8.set(bytes, at);
   program.HEAPU8[at + bytes.length] = 0;
   return at;
@@ -46,6 +46,9 @@ function work(job) {
   return { id: job.id, info, outputs };
 }
 
+/** Memory that was taken once is never given back: after a huge file a new worker is better. */
+const isWorn = () => program.HEAPU8.length > 3e8;
+
 onmessage = async ({ data }) => {
   if (data.module) {
     program = await makeCitrans({ wasmBinary: data.module, print() {}, printErr() {} });
@@ -53,11 +56,13 @@ onmessage = async ({ data }) => {
     return;
   }
   try {
-    postMessage(work(data));
+    const done = work(data);
+    postMessage({ ...done, worn: isWorn() });
   } catch (error) {
     // A fault of the machine leaves the program's memory in an unknown state.
     const broken = error instanceof WebAssembly.RuntimeError || error instanceof RangeError;
-    postMessage({ id: data.id, broken,
-                  error: broken ? data.shifts.name + ": the program could not cope with this file" : error.message });
+    postMessage({ id: data.id, worn: broken || isWorn(),
+                  error: broken || error.message.startsWith("not enough memory")
+                    ? `${data.shifts.name}: too much for the program` : error.message });
   }
 };

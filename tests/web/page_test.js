@@ -55,7 +55,7 @@ const said = (page, text) => page.waitForFunction((wanted) =>
   document.getElementById("status").textContent.includes(wanted), text, { timeout: 60000 });
 const complained = async (page, text) => {
   await page.waitForFunction((wanted) => !document.getElementById("alert").hidden &&
-    document.getElementById("alert").textContent.includes(wanted), text, { timeout: 20000 });
+    document.getElementById("alert").textContent.includes(wanted), text, { timeout: 90000 });
 };
 
 async function download(page, kind) {
@@ -150,6 +150,9 @@ const tests = {
       "empty.str": ["", "empty.str"],
       "noise.str": [Buffer.from(Array.from({ length: 5000 }, (_, i) => (i * 7919) % 251)), "noise.str"],
       "cut.str.gz": [zlib.gzipSync(fs.readFileSync(deposition)).subarray(0, 200), "damaged or cut short"],
+      "huge.str.gz": [zlib.gzipSync(Buffer.alloc(120e6)), "larger than 100 MB"],
+      "long.tab": ["DATA SEQUENCE " + "P".repeat(2e6) + "\nVARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %4s %8.3f\n1 P CA 60.0\n",
+        "too much"],
       "header.tab": ["VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %4d %1s %4s %8.3f\n", "sequence"],
       "markup.str": ["<img src=x onerror=alert(1)>", "markup.str"],
     };
