@@ -102,8 +102,8 @@ void CITRANS::printListing() const {
     const std::string before = messageText(summary.cell(row, "RESNAME_R1"));
     const std::string after = messageText(summary.cell(row, "RESNAME_R3"));
     out(formatted("   %1s%-3d %1s%-3d %1s%-3d %-6.3f %-6.3f", before.c_str(), proline - 1, "P",
-                proline, after.c_str(), proline + 1, parseDouble(summary.cell(row, "P_CIS")),
-                parseDouble(summary.cell(row, "P_CIS_NORM"))));
+                  proline, after.c_str(), proline + 1, parseDouble(summary.cell(row, "P_CIS")),
+                  parseDouble(summary.cell(row, "P_CIS_NORM"))));
     if (withReference) {
       out(formatted("     %-8.3f", parseDouble(summary.cell(row, "OMEGA_REF"))));
     }

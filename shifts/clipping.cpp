@@ -22,8 +22,8 @@ float CITRANS::clipSShift(int residue, float secondaryShift, const std::string& 
   // Dormant: no option sets `reportClip`.
   if (reportClip && !quiet) {
     out(formatted(" Clipped %3d %s %3s Secondary Shift: %8.3f Limit: %8.3f\n", residue,
-                messageText(name).c_str(), messageText(atom).c_str(),
-                static_cast<double>(secondaryShift), static_cast<double>(bounded)));
+                  messageText(name).c_str(), messageText(atom).c_str(),
+                  static_cast<double>(secondaryShift), static_cast<double>(bounded)));
   }
   return bounded;
 }

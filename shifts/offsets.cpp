@@ -56,7 +56,7 @@ void CITRANS::reportOffset(const char* key, const char* nuclei) {
     return;
   }
   const std::string text = formatted(" %6.3f ppm referencing offset applied for %s chemical shifts",
-                                   static_cast<double>(known->second), nuclei);
+                                     static_cast<double>(known->second), nuclei);
   shiftTable.addRemark(text);
   errors(text + "\n");
 }

@@ -60,10 +60,10 @@ void CITRANS::reconcileResidueNames() {
 
 void CITRANS::printNameMismatches() const {
   for (const NameMismatch& mismatch : nameMismatches) {
-    errors(formatted("WARNING: Unmatched name for residue %d between header (%s) and chemical shift "
-                   "table (%s)\n",
-                   mismatch.residue, messageText(mismatch.header).c_str(),
-                   messageText(mismatch.row).c_str()));
+    errors(formatted(
+        "WARNING: Unmatched name for residue %d between header (%s) and chemical shift "
+        "table (%s)\n",
+        mismatch.residue, messageText(mismatch.header).c_str(), messageText(mismatch.row).c_str()));
   }
 }
 

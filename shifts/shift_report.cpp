@@ -17,19 +17,20 @@ constexpr Words carbonyl = {"C'", "C'", "C':    ", "Size"};
 
 std::string outlierLine(const Outlier& outlier) {
   return formatted("  %3d %s %3s Secondary Shift: %8.3f    Limit: %8.3f%s\n", outlier.residue,
-                 messageText(outlier.name).c_str(), messageText(outlier.atom).c_str(),
-                 outlier.shift, static_cast<double>(outlier.limit), outlier.marked ? " !" : "");
+                   messageText(outlier.name).c_str(), messageText(outlier.atom).c_str(),
+                   outlier.shift, static_cast<double>(outlier.limit), outlier.marked ? " !" : "");
 }
 
 std::string shortageLine(const Words& words) {
   return formatted("  Not enough %s shifts to check %s chemical shift referencing offset ...\n",
-                 words.nucleus, words.checked);
+                   words.nucleus, words.checked);
 }
 
 std::string estimateLine(const Words& words, const OffsetEstimate& estimate) {
-  return formatted(" Estimated Referencing Offset for %s%6.3f +/- %6.3fppm %s: %3d\n", words.estimate,
-                 static_cast<double>(estimate.offset), static_cast<double>(estimate.error),
-                 words.size, static_cast<int>(estimate.points));
+  return formatted(" Estimated Referencing Offset for %s%6.3f +/- %6.3fppm %s: %3d\n",
+                   words.estimate, static_cast<double>(estimate.offset),
+                   static_cast<double>(estimate.error), words.size,
+                   static_cast<int>(estimate.points));
 }
 
 } // namespace
