@@ -227,6 +227,25 @@ class Batch(unittest.TestCase):
         self.assertIn("go on with --resume", error)
         self.assertFalse(os.path.exists(self.path("out")))
 
+    def test_a_worker_that_dies_costs_one_row(self):
+        slow = self.write("slow.str", "data_hangs\n")
+        batch = subprocess.Popen(self.command(slow, self.example, "-o", self.path("out")),
+                                 stderr=subprocess.PIPE, text=True, cwd=ROOT)
+        below = lambda pid: subprocess.run(["pgrep", "-P", str(pid)], capture_output=True,
+                                           text=True).stdout.split()
+        importers = []
+        while batch.poll() is None and not importers:
+            workers = below(batch.pid)
+            importers = below(workers[0]) if workers else []
+        os.kill(int(workers[0]), signal.SIGKILL)
+        os.kill(int(importers[0]), signal.SIGKILL)
+        _, error = batch.communicate(timeout=60)
+        self.assertEqual((batch.returncode, error), (0, ""))
+        rows = self.read("out").splitlines()[1:]
+        self.assertIn("crashed\tsignal 9", rows[0])
+        self.assertIn("\tok", rows[1])
+        self.assertEqual(len(rows), 10)  # and a row for each of its eight prolines
+
     def test_statuses_and_one_line_errors(self):
         for arguments, status in [
             ([], 1),

@@ -1,10 +1,8 @@
 #include <cstdio>
 
-#include "table/file_io.h"
 #include "tools/batch/entries.h"
-#include "tools/batch/entry_json.h"
+#include "tools/batch/one_entry.h"
 #include "tools/batch/output_rows.h"
-#include "tools/batch/prediction.h"
 #include "tools/batch/process.h"
 #include "tools/batch/worker_pool.h"
 #include "tools/common/command_options.h"
@@ -29,14 +27,12 @@ struct Options {
   PoolSettings pool;
   bool resume = false;
   bool quiet = false;
-  PredictionSettings prediction;
   bool noRereference = false;
-  /// The table that this process is to predict for another one of its kind.
-  std::string predictTable;
+  /// The scratch folder of a process that runs entries for another one of its kind.
+  std::string serve;
 };
 
 void declareOptions(CLI::App& app, Options& options) {
-  options.run.importer = programBeside("citrans-import");
   options.run.pages.citrans = programBeside("citrans");
   options.run.pages.report = programBeside("citrans-report");
   app.set_version_flag("--version", versionLine(program));
@@ -56,28 +52,41 @@ void declareOptions(CLI::App& app, Options& options) {
   app.add_flag("--fail-fast", options.pool.failFast, "stop at the first entry that fails");
   app.add_flag("--quiet", options.quiet, "no progress");
   app.add_flag("--no-rereference", options.noRereference, "leave the referencing as it is");
-  app.add_flag("--offset", options.prediction.offset,
+  app.add_flag("--offset", options.run.prediction.offset,
                "correct as citrans -offset does, which spoils calls that use CG");
-  app.add_flag("--iso", options.prediction.iso, "correct for deuteration, as citrans -iso");
-  app.add_flag("--noclip", options.prediction.noclip, "leave extreme shifts, as citrans -noclip");
+  app.add_flag("--iso", options.run.prediction.iso, "correct for deuteration, as citrans -iso");
+  app.add_flag("--noclip", options.run.prediction.noclip,
+               "leave extreme shifts, as citrans -noclip");
   app.add_option("--journal", options.journal,
                  "file for results so far (default: the output's name and .journal, none for -)");
   app.add_option("--report", options.run.pages.folder,
                  "folder for a page about each entry and index.html, the list of them");
   app.add_option("--citrans", options.run.pages.citrans,
                  "the program that a page of --report is made with");
-  app.add_option("--tab", options.prediction.tabFolder, "folder of the tables");
-  app.add_option("--import", options.run.importer, "the importer to run");
-  app.add_option("--predict-table", options.predictTable)->group(""); // for its own processes
+  app.add_option("--tab", options.run.prediction.tabFolder, "folder of the tables");
+  app.add_option("--import", options.run.importer,
+                 "a program that imports in place of the importer's library");
+  app.add_option("--serve", options.serve)->group(""); // for its own processes
 }
 
-/// What predicts a table in a process of its own: this program, with the same settings.
-void setPredictor(Options& options) {
-  PredictionSettings& settings = options.prediction;
+/// Fills what follows from the options, and the command of a process that runs entries: this
+/// program with the same settings.
+void completeSettings(Options& options) {
+  PredictionSettings& settings = options.run.prediction;
   settings.tabFolder = tableFolder(settings.tabFolder);
   settings.rereference = !options.noRereference;
-  std::vector<std::string>& command = options.run.predictor;
-  command = {programBeside(program), "--tab", settings.tabFolder};
+  PageSettings& pages = options.run.pages;
+  pages.seconds = options.run.seconds;
+  const std::pair<bool, const char*> ofProgram[] = {
+      {settings.offset, "-offset"}, {settings.iso, "-iso"}, {settings.noclip, "-noclip"}};
+  for (const auto& [given, name] : ofProgram) {
+    if (given) {
+      pages.options.emplace_back(name);
+    }
+  }
+  std::vector<std::string>& command = options.pool.command;
+  command = {programBeside(program), "--tab", settings.tabFolder, "--timeout",
+             std::to_string(options.run.seconds)};
   const std::pair<bool, const char*> switches[] = {{settings.offset, "--offset"},
                                                    {settings.iso, "--iso"},
                                                    {settings.noclip, "--noclip"},
@@ -87,37 +96,23 @@ void setPredictor(Options& options) {
       command.emplace_back(name);
     }
   }
-  command.emplace_back("--predict-table");
-  const std::pair<bool, const char*> ofProgram[] = {
-      {settings.offset, "-offset"}, {settings.iso, "-iso"}, {settings.noclip, "-noclip"}};
-  for (const auto& [given, name] : ofProgram) {
-    if (given) {
-      options.run.pages.options.emplace_back(name);
+  const std::pair<std::string, const char*> named[] = {
+      {options.run.importer, "--import"}, {pages.folder, "--report"}, {pages.citrans, "--citrans"}};
+  for (const auto& [value, name] : named) {
+    if (!value.empty()) {
+      command.insert(command.end(), {name, value});
     }
   }
-  options.run.pages.seconds = options.run.seconds;
+  command.emplace_back("--serve");
 }
 
 /// All that a stored result depends on besides its entry.
 std::string settingsText(const Options& options) {
   std::string text = versionLine(program);
-  for (std::size_t i = 1; i < options.run.predictor.size(); ++i) {
-    text += " " + options.run.predictor[i];
+  for (std::size_t i = 1; i < options.pool.command.size(); ++i) {
+    text += " " + options.pool.command[i];
   }
-  // A stored result has its page only where it was made.
-  text += options.run.pages.folder.empty() ? "" : " --report " + options.run.pages.folder;
   return text;
-}
-
-int predictTable(const Options& options) {
-  const std::optional<std::string> table = readWholeFile(options.predictTable);
-  if (!table) {
-    throw ToolError(ToolStatus::inputMissing, options.predictTable + ": cannot read the file");
-  }
-  EntryResult result;
-  Predictor(options.prediction).predict(*table, result);
-  writeWholeFile("-", lineOf(toJson(result)));
-  return static_cast<int>(ToolStatus::done);
 }
 
 int stoppedEarly(const Options& options, const std::vector<EntryResult>& results) {
@@ -152,9 +147,10 @@ int runBatch(int argc, char** argv) {
   if (!parseOptions(app, argc, argv)) {
     return static_cast<int>(ToolStatus::done);
   }
-  setPredictor(options);
-  if (!options.predictTable.empty()) {
-    return predictTable(options);
+  completeSettings(options);
+  if (!options.serve.empty()) {
+    serveEntries(options.run, options.serve);
+    return static_cast<int>(ToolStatus::done);
   }
   if (options.inputs.empty() && options.list.empty()) {
     throw ToolError(ToolStatus::usage, "no input; see --help");
@@ -162,7 +158,7 @@ int runBatch(int argc, char** argv) {
   if (options.journal.empty() && options.output != "-") {
     options.journal = options.output + ".journal";
   }
-  Predictor{options.prediction}; // refuses tables of the database once, not with every entry
+  Predictor{options.run.prediction}; // refuses tables of the database once, not with every entry
   const std::vector<std::string> outputs = {options.output, options.journal};
   std::vector<Entry> entries = collectEntries(options.inputs, options.list, outputs);
   if (!options.run.pages.folder.empty()) {
@@ -175,7 +171,7 @@ int runBatch(int argc, char** argv) {
   Journal journal(options.journal, settingsText(options), options.resume);
   Progress progress(entries.size(), options.quiet);
   std::vector<EntryResult> results;
-  if (!runAll(entries, options.run, options.pool, journal, progress, results)) {
+  if (!runAll(entries, options.pool, journal, progress, results)) {
     return stoppedEarly(options, results);
   }
   if (!options.run.pages.folder.empty()) {

@@ -1,15 +1,17 @@
 #include "tools/batch/one_entry.h"
 
-#include <cstring>
+#include <cstdio>
 #include <filesystem>
 #include <map>
+#include <unistd.h>
 
-#include "app/citrans.h"
 #include "table/file_io.h"
-#include "table/number.h"
+#include "table/gdb.h"
 #include "tools/batch/entry_json.h"
 #include "tools/batch/process.h"
+#include "tools/common/output.h"
 #include "tools/common/program_tables.h"
+#include "tools/import/import.h"
 
 namespace fs = std::filesystem;
 
@@ -50,11 +52,9 @@ std::string messageIn(const std::string& file, const std::string& program) {
 }
 
 /// Author numbers by table number, from the importer's map; empty for a table.
-std::map<std::string, std::string> readMap(const std::string& file) {
+std::map<std::string, std::string> readMap(std::string_view map) {
   std::map<std::string, std::string> authors;
-  const std::string text = contentOf(file);
-  std::string_view rest = text;
-  for (std::string_view line; takeLine(rest, line);) {
+  for (std::string_view line; takeLine(map, line);) {
     const std::vector<std::string> cells = GDB::split("\t", std::string(line));
     if (cells.size() >= 2) {
       authors[cells[0]] = cells[1];
@@ -63,13 +63,25 @@ std::map<std::string, std::string> readMap(const std::string& file) {
   return authors;
 }
 
+/// SIGALRM ends this process when what is done meanwhile takes longer.
+class TimeLimit {
+ public:
+  explicit TimeLimit(unsigned seconds) { alarm(seconds); }
+  ~TimeLimit() { alarm(0); }
+  TimeLimit(const TimeLimit&) = delete;
+  TimeLimit& operator=(const TimeLimit&) = delete;
+};
+
+void addMessage(EntryResult& result, const std::string& kind, const std::string& line) {
+  result.message += (result.message.empty() ? "" : " | ") + kind + GDB::simplifyWhiteSpace(line);
+}
+
 /// True when the process ended well; otherwise fills status and message.
 bool endedWell(const ProcessEnd& end, EntryResult& result, const char* failure,
                const std::string& message) {
   if (end.signal != 0) {
     result.status = "crashed";
-    result.message = std::string("signal ") + std::to_string(end.signal) + " (" +
-                     strsignal(end.signal) + ")" + (message.empty() ? "" : " | ") + message;
+    result.message = signalText(end.signal) + (message.empty() ? "" : " | ") + message;
     return false;
   }
   if (end.status != 0) {
@@ -80,61 +92,122 @@ bool endedWell(const ProcessEnd& end, EntryResult& result, const char* failure,
   return true;
 }
 
-/// Makes the entry's table: the file itself, or what the importer makes of it.
-bool makeTable(const ScratchFiles& files, const RunSettings& settings, EntryResult& result) {
+/// What the program reads for an entry.
+struct Table {
+  std::string text;
+  std::string map; ///< the importer's, or empty
+};
+
+/// The importer's table, by its library.
+bool importHere(const std::string& path, const RunSettings& settings, Table& table,
+                EntryResult& result) {
+  const TimeLimit limit(settings.seconds);
+  try {
+    Imported imported = importDepositionFile(path, Choice());
+    for (const std::string& remark : imported.remarks) {
+      addMessage(result, "", remark);
+    }
+    for (const std::string& warning : imported.warnings) {
+      addMessage(result, "warning: ", warning);
+    }
+    table = {std::move(imported.table), std::move(imported.map)};
+    return true;
+  } catch (const std::exception& refusal) {
+    result.status = "import";
+    addMessage(result, "", refusal.what());
+    return false;
+  }
+}
+
+/// The importer's table, by the program that the user named.
+bool importByProgram(const std::string& path, const RunSettings& settings,
+                     const ScratchFiles& files, Table& table, EntryResult& result) {
+  const ProcessEnd end =
+      runProcess({settings.importer, path, "-o", files.table, "--map", files.map}, files.output,
+                 files.error, settings.seconds);
+  result.message = messageIn(files.error, "citrans-import");
+  if (!endedWell(end, result, "import", result.message)) {
+    return false;
+  }
+  table = {contentOf(files.table), contentOf(files.map)};
+  return true;
+}
+
+/// The entry's table: the file itself, or what the importer makes of it.
+bool makeTable(const ScratchFiles& files, const RunSettings& settings, Table& table,
+               EntryResult& result) {
   const std::string& path = result.entry.path;
   std::error_code error;
-  const std::optional<std::string> text = readWholeFile(path);
+  std::optional<std::string> text = readWholeFile(path);
   if (!fs::is_regular_file(path, error) || !text) {
     result.status = "missing";
     result.message = "cannot read the file";
     return false;
   }
   if (isProgramTable(*text)) {
-    fs::create_symlink(fs::absolute(path), files.table);
+    table.text = std::move(*text);
     return true;
   }
-  const ProcessEnd end = runProcess(
-      {settings.importer, fs::absolute(path).string(), "-o", files.table, "--map", files.map},
-      files.output, files.error, settings.seconds);
-  result.message = messageIn(files.error, "citrans-import");
-  return endedWell(end, result, "import", result.message);
+  const std::string absolute = fs::absolute(path).string();
+  return settings.importer.empty() ? importHere(absolute, settings, table, result)
+                                   : importByProgram(absolute, settings, files, table, result);
 }
 
-void predict(const ScratchFiles& files, const RunSettings& settings, EntryResult& result) {
-  std::vector<std::string> command = settings.predictor;
-  command.push_back(files.table);
-  const ProcessEnd end = runProcess(command, files.output, files.error, settings.seconds);
-  if (!endedWell(end, result, "refused", messageIn(files.error, "citrans-batch"))) {
-    return;
+void predict(const Table& table, const RunSettings& settings, const Predictor& predictor,
+             EntryResult& result) {
+  const TimeLimit limit(settings.seconds);
+  const std::string said = std::move(result.message);
+  result.message.clear();
+  predictor.predict(table.text, result);
+  if (result.status == "ok" && !said.empty()) {
+    result.message = said + (result.message.empty() ? "" : " | ") + result.message;
   }
-  EntryResult predicted = fromJson(nlohmann::json::parse(contentOf(files.output)));
-  result.status = predicted.status;
-  result.message +=
-      (result.message.empty() || predicted.message.empty() ? "" : " | ") + predicted.message;
-  result.offsets = predicted.offsets;
-  result.prolines = std::move(predicted.prolines);
-  const std::map<std::string, std::string> authors = readMap(files.map);
+  const std::map<std::string, std::string> authors = readMap(table.map);
   for (ProlineRow& row : result.prolines) {
     const auto author = authors.find(row.resid);
     row.author = author == authors.end() ? row.resid : author->second;
   }
 }
 
+void writePage(const ScratchFiles& files, const RunSettings& settings, const Table& table,
+               const std::string& scratch, EntryResult& result) {
+  std::vector<Output> inputs = {{files.table, table.text}};
+  if (!table.map.empty()) {
+    inputs.push_back({files.map, table.map});
+  }
+  writeWholeFiles(inputs);
+  writeEntryPage(settings.pages, files.table, files.map, scratch, result);
+}
+
 } // namespace
 
-EntryResult runEntry(const Entry& entry, const RunSettings& settings, const std::string& scratch) {
+EntryResult runEntry(const std::string& path, const RunSettings& settings,
+                     const Predictor& predictor, const std::string& scratch) {
   EntryResult result;
-  result.entry = entry;
+  result.entry.path = path;
   const ScratchFiles files(scratch);
-  if (makeTable(files, settings, result)) {
-    predict(files, settings, result);
+  Table table;
+  if (makeTable(files, settings, table, result)) {
+    predict(table, settings, predictor, result);
   }
   if (result.status == "ok" && !settings.pages.folder.empty()) {
-    writeEntryPage(settings.pages, files.table, files.map, scratch, result);
+    writePage(files, settings, table, scratch, result);
   }
   for (const fs::directory_entry& left : fs::directory_iterator(scratch)) {
     fs::remove(left.path());
   }
   return result;
+}
+
+void serveEntries(const RunSettings& settings, const std::string& scratch) {
+  const Predictor predictor(settings.prediction);
+  std::string path;
+  for (int c = std::getchar(); c != EOF; c = std::getchar()) {
+    if (c != '\0') {
+      path += static_cast<char>(c);
+      continue;
+    }
+    writeWholeFile("-", lineOf(toJson(runEntry(path, settings, predictor, scratch))));
+    path.clear();
+  }
 }

@@ -1,6 +1,7 @@
 #include "tools/batch/process.h"
 
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -27,8 +28,7 @@ constexpr int cannotStart = 127;
 
 } // namespace
 
-ProcessEnd runProcess(const std::vector<std::string>& arguments, const std::string& outputFile,
-                      const std::string& errorFile, unsigned seconds) {
+std::vector<char*> argumentPointers(const std::vector<std::string>& arguments) {
   std::vector<char*> pointers;
   pointers.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) {
@@ -36,6 +36,16 @@ ProcessEnd runProcess(const std::vector<std::string>& arguments, const std::stri
     pointers.push_back(const_cast<char*>(argument.c_str())); // NOLINT(*-const-cast)
   }
   pointers.push_back(nullptr);
+  return pointers;
+}
+
+std::string signalText(int signal) {
+  return "signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
+}
+
+ProcessEnd runProcess(const std::vector<std::string>& arguments, const std::string& outputFile,
+                      const std::string& errorFile, unsigned seconds) {
+  const std::vector<char*> pointers = argumentPointers(arguments);
   const pid_t child = fork();
   if (child == 0) {
     becomeChild(pointers.data(), outputFile.c_str(), errorFile.c_str(), seconds);

@@ -9,6 +9,12 @@ struct ProcessEnd {
   int signal = 0; ///< the signal that ended it, or 0
 };
 
+/// What `exec` takes: pointers to the arguments, which must outlive them, and a null pointer.
+std::vector<char*> argumentPointers(const std::vector<std::string>& arguments);
+
+/// A signal by number and name, as messages say it.
+std::string signalText(int signal);
+
 /// Runs a program in the current folder and waits for it.
 ///
 /// \param arguments  the program's path, then its arguments

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "table/gdb.h"
+#include "tools/batch/worker.h"
 #include "tools/common/tool.h"
 
 namespace {
@@ -46,7 +47,6 @@ class ScratchFolder {
 /// What the workers of one batch share.
 struct Shared {
   const std::vector<Entry>& entries;
-  const RunSettings& run;
   const PoolSettings& pool;
   Journal& journal;
   Progress& progress;
@@ -72,6 +72,9 @@ void finishEntry(Shared& shared, std::size_t at, const EntryResult& result, bool
 
 void runEntries(Shared& shared) {
   const ScratchFolder scratch;
+  std::vector<std::string> command = shared.pool.command;
+  command.push_back(scratch.path());
+  Worker worker(command);
   while (!shared.stop && stopSignal == 0) {
     const std::size_t at = shared.next++;
     if (at >= shared.entries.size()) {
@@ -79,8 +82,7 @@ void runEntries(Shared& shared) {
     }
     const Entry& entry = shared.entries[at];
     const EntryResult* const known = shared.journal.find(entry);
-    const EntryResult result =
-        known != nullptr ? *known : runEntry(entry, shared.run, scratch.path());
+    const EntryResult result = known != nullptr ? *known : worker.run(entry);
     // A signal from the terminal reaches the children too: what they did then is no result.
     if (known == nullptr && stopSignal != 0) {
       return;
@@ -101,12 +103,13 @@ void work(Shared& shared) {
 
 } // namespace
 
-bool runAll(const std::vector<Entry>& entries, const RunSettings& run, const PoolSettings& pool,
-            Journal& journal, Progress& progress, std::vector<EntryResult>& results) {
+bool runAll(const std::vector<Entry>& entries, const PoolSettings& pool, Journal& journal,
+            Progress& progress, std::vector<EntryResult>& results) {
   std::signal(SIGINT, noteSignal);
   std::signal(SIGTERM, noteSignal);
+  std::signal(SIGPIPE, SIG_IGN); // a worker that died is seen by its result
   results.assign(entries.size(), EntryResult());
-  Shared shared{entries, run, pool, journal, progress, results, {}, {}, {}, {}};
+  Shared shared{entries, pool, journal, progress, results, {}, {}, {}, {}};
   std::vector<std::thread> workers;
   for (unsigned i = 0; i < pool.workers; ++i) {
     workers.emplace_back(work, std::ref(shared));
