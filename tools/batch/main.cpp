@@ -158,7 +158,8 @@ int runBatch(int argc, char** argv) {
   if (options.journal.empty() && options.output != "-") {
     options.journal = options.output + ".journal";
   }
-  Predictor{options.run.prediction}; // refuses tables of the database once, not with every entry
+  // Refuses tables of the database before anything is written.
+  static_cast<void>(Predictor(options.run.prediction));
   const std::vector<std::string> outputs = {options.output, options.journal};
   std::vector<Entry> entries = collectEntries(options.inputs, options.list, outputs);
   if (!options.run.pages.folder.empty()) {
