@@ -4,6 +4,7 @@
 #   ./test.sh              all stages
 #   ./test.sh --quick      format, scripts, manual pages, and the release build with its tests
 #   ./test.sh --coverage   all stages, then line and branch coverage of the tests
+#   ./test.sh --analyse    all stages, then clang-tidy and cppcheck over every source
 #   ./test.sh --portable   all stages, then the core and its tests with libc++, as 32-bit x86 and as
 #                          WebAssembly under node
 #   ./test.sh --web        all stages, then the page: needs emscripten (800 MB), which it installs
@@ -19,16 +20,18 @@ cd "$(dirname "$0")"
 
 quick=no
 coverage=no
+analyse=no
 portable=no
 web=no
 for option in "$@"; do
   case "$option" in
     --quick) quick=yes ;;
     --coverage) coverage=yes ;;
+    --analyse) analyse=yes ;;
     --portable) portable=yes ;;
     --web) web=yes ;;
     *)
-      echo "usage: ./test.sh [--quick] [--coverage] [--portable] [--web]" >&2
+      echo "usage: ./test.sh [--quick] [--coverage] [--analyse] [--portable] [--web]" >&2
       exit 2
       ;;
   esac
@@ -125,7 +128,8 @@ test_m32() {
 # The checks alone: the sanitize build has compiled the same files with the same compiler.
 run_tidy() {
   cmake --preset tidy || return 1
-  run-clang-tidy -quiet -p build/tidy -j "$cores"
+  # Not the sources that a build makes out of pages and tables.
+  run-clang-tidy -quiet -p build/tidy -j "$cores" "^$PWD/(?!build/)"
 }
 
 show_coverage() {
@@ -170,10 +174,12 @@ if [[ $quick == no ]]; then
   stage package packaging/test.sh
   stage m32 test_m32
   stage notices scripts/notices.py --check
-  stage tidy run_tidy
-  stage analyse scripts/analyse.sh
   # A few seconds each: the seeds and a little more. Longer runs: fuzz/run.sh SECONDS.
   JOBS="$cores" stage fuzz fuzz/run.sh 5
+fi
+if [[ $analyse == yes ]]; then
+  stage tidy run_tidy
+  stage analyse scripts/analyse.sh
 fi
 if [[ $portable == yes ]]; then
   for preset in libcxx m32 wasm; do

@@ -75,6 +75,7 @@ std::string callSection(const CrossValidation& result) {
   const std::vector<CallStratum> strata = callStrata(result, chooseRemedy(result));
   const CallLimits limits = findCallLimits(strata);
   std::vector<CallLimits> byFold;
+  byFold.reserve(foldCount);
   for (int fold = 0; fold < foldCount; ++fold) {
     byFold.push_back(findCallLimits(strata, fold));
   }

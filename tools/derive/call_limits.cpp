@@ -25,8 +25,8 @@ struct Ladder {
 
   /// \param support  evidence for this kind of call, so that more is always better
   void add(double support, bool right) {
-    const int highest = static_cast<int>(std::floor(support * stepsPerUnit + 1e-9));
-    CallCount& rung = rungs[static_cast<std::size_t>(highest + most)];
+    const int place = static_cast<int>(std::floor(support * stepsPerUnit + 1e-9)) + most;
+    CallCount& rung = rungs[static_cast<std::size_t>(place)];
     ++rung.calls;
     rung.right += right ? 1 : 0;
   }

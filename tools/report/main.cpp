@@ -136,6 +136,7 @@ void checkFiles(const Options& options, const std::vector<Output>& outputs) {
     inputs.push_back(folder + table);
   }
   std::vector<std::string> names;
+  names.reserve(outputs.size());
   for (const Output& output : outputs) {
     names.push_back(output.path);
   }

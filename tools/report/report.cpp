@@ -70,6 +70,7 @@ void warnOfProlines(Report& report) {
   }
   if (!amides.empty()) {
     std::vector<std::string> labels;
+    labels.reserve(amides.size());
     for (const int residue : amides) {
       labels.push_back(inputs.residueLabel(residue));
     }
