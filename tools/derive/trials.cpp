@@ -112,6 +112,7 @@ std::vector<std::array<Trial, 2>> tryCorrection(CoreRun& core, const Protein& pr
   treatment.correction.carbonyl += correction.carbonyl;
   core.prepare(protein, treatment);
   std::vector<std::array<Trial, 2>> trials;
+  trials.reserve(residues.size());
   for (const int residue : residues) {
     trials.push_back({trialOf(core.score(residue)), trialOf(core.score(residue, true))});
   }
