@@ -71,8 +71,8 @@ const char* word(Call call) {
 }
 
 const char* describe(Assigned assigned) {
-  constexpr std::array<const char*, assignedCount> texts = {"neither CB nor CG", "CG, no CB",
-                                                            "CB, no CG", "CB and CG"};
+  constexpr const char* texts[assignedCount] = {"neither CB nor CG", "CG, no CB", "CB, no CG",
+                                                "CB and CG"};
   return texts[static_cast<std::size_t>(assigned)];
 }
 

@@ -63,9 +63,10 @@ void CoreRun::fillInput(const Protein& protein, const Treatment& treatment) {
     const ObservedShifts& shifts = protein.shifts[static_cast<std::size_t>(residue)];
     const std::string& name = run_.sequence[residue];
     const ShiftCorrection& off = treatment.correction;
-    double ca = error - off.carbon;
-    double cb = error - off.carbon;
-    double cg = error - off.carbon;
+    const double aliphatic = error - off.carbon;
+    double ca = aliphatic;
+    double cb = aliphatic;
+    double cg = aliphatic;
     if (treatment.deuterated) {
       ca += static_cast<double>(run_.isoAdj[name]["CA"]);
       cb += static_cast<double>(run_.isoAdj[name]["CB"]);

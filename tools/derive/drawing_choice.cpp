@@ -1,6 +1,7 @@
 #include "tools/derive/drawing_choice.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "tools/derive/cross_validation.h"
 
@@ -11,9 +12,9 @@ double chooseDrawing(const std::vector<TrainingSample>& samples) {
   for (int fold = 0; fold < foldCount; ++fold) {
     std::vector<TrainingSample> fitted;
     std::vector<TrainingSample> heldOut;
-    for (const TrainingSample& sample : samples) {
-      (foldOf(sample.cluster) == fold ? heldOut : fitted).push_back(sample);
-    }
+    std::partition_copy(
+        samples.begin(), samples.end(), std::back_inserter(heldOut), std::back_inserter(fitted),
+        [fold](const TrainingSample& sample) { return foldOf(sample.cluster) == fold; });
     if (heldOut.empty() || fitted.empty()) {
       continue;
     }

@@ -43,7 +43,7 @@ NucleusModel readNucleus(const GDB& table, std::size_t row) {
 } // namespace
 
 const char* describe(Nucleus nucleus) {
-  constexpr std::array<const char*, nucleusCount> names = {"CA/CB", "HA", "C'"};
+  constexpr const char* names[nucleusCount] = {"CA/CB", "HA", "C'"};
   return names[static_cast<std::size_t>(nucleus)];
 }
 
