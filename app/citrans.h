@@ -220,6 +220,7 @@ class CITRANS : public Settings {
   void setGlycineHa(std::size_t row, int residue, std::string_view residueText, float adjustment);
   double inputShift(std::string_view residueText, std::string_view atom, double without) const;
   const std::string& nameOf(int residue) const;
+  const ShiftLimits& shiftLimits(const std::string& name, const std::string& atom);
   void recordOffsets();
   void applyOffsets();
   void applyOffset(std::size_t row);
@@ -241,5 +242,7 @@ class CITRANS : public Settings {
   int highestResidue = 0;
   /// By residue name, so that each name is looked up once and not for each of its residues.
   std::unordered_map<std::string, AdjustmentTerms> adjustmentTerms;
+  /// By residue name and atom, likewise; 0 where the database has none.
+  std::unordered_map<std::string, ShiftLimits> limitsByName;
   mutable char textBuffer[32] = {};
 };

@@ -29,6 +29,7 @@ void CITRANS::getResInfo() {
 void CITRANS::fillShiftTable() {
   adjustments.assign(static_cast<std::size_t>(residueCount), {});
   adjustmentTerms.clear();
+  limitsByName.clear();
   missCount.clear();
   cgShifts.clear();
   shiftTable.reserveRows(static_cast<std::size_t>(residueCount) * atomNames.size());

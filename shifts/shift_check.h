@@ -10,6 +10,11 @@ struct NameMismatch {
   std::string header, row; ///< one-letter names
 };
 
+/// Secondary shifts that one kind of residue and atom may have, ppm.
+struct ShiftLimits {
+  float lowest, highest;
+};
+
 /// A secondary shift beyond the limits of its residue and atom.
 struct Outlier {
   int residue;

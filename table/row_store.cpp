@@ -205,7 +205,7 @@ const RowStore::Index& RowStore::index(Slot first, Slot second) const {
 
 RowStore::Index RowStore::buildIndex(Slot first, Slot second) const {
   std::size_t count = 4;
-  while (count / 4 * 3 < rows_.size()) {
+  while (count / 2 < rows_.size()) {
     count *= 2;
   }
   Index built{first, second, std::vector<std::uint32_t>(count)};

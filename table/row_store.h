@@ -96,12 +96,13 @@ class RowStore {
     std::size_t firstCell; ///< in `cells_`
   };
   /// Hash table of row positions by the cells under two slots, the first row of equal ones only.
-  /// The cells are read from the rows, so that a row costs 6 to 11 bytes and no allocation: a
+  /// The cells are read from the rows, so that a row costs 8 to 16 bytes and no allocation: a
   /// standard container takes 32.
   struct Index {
     Slot first;
     Slot second;
-    /// A power of two many, at most three quarters in use: position plus 1, or 0 for a free place.
+    /// A power of two many, at most half of them in use, since a second look costs two reads of far
+    /// memory: position plus 1, or 0 for a free place.
     std::vector<std::uint32_t> places;
   };
 
