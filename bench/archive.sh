@@ -5,7 +5,8 @@
 #   bench/archive.sh FOLDER [ENTRIES [ARCHIVE]]    (default: 200 entries, an archive of 15,000)
 #
 # FOLDER holds NMR-STAR or NEF files as deposited; those that cannot be imported are left out. Needs
-# the programs in build/release. Copies and results are in build/bench/archive.
+# the programs in build/release, or in the folder PROGRAMS of another build. Copies and results are
+# in build/bench/archive.
 set -euo pipefail
 
 folder="${1:?usage: bench/archive.sh FOLDER [ENTRIES [ARCHIVE]]}"
@@ -13,7 +14,7 @@ folder="$(realpath "$folder")"
 entries="${2:-200}"
 archive="${3:-15000}"
 cd "$(dirname "$0")/.."
-programs=build/release
+programs="${PROGRAMS:-build/release}"
 work=build/bench/archive
 rm -rf "$work"
 mkdir -p "$work/entries"
