@@ -19,6 +19,7 @@ target_sources(citrans_core PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_D
   ${PROJECT_SOURCE_DIR}/table/number.h
   ${PROJECT_SOURCE_DIR}/table/row_store.h
   ${PROJECT_SOURCE_DIR}/table/run_end.h
+  ${PROJECT_SOURCE_DIR}/table/text_pool.h
   ${PROJECT_SOURCE_DIR}/table/text_sink.h
 )
 target_include_directories(citrans_core INTERFACE $<INSTALL_INTERFACE:include>)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <map>
 #include <memory>
 #include <optional>
@@ -9,18 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "table/text_pool.h"
+
 /// Text of one cell. A cell that was never set has no data pointer and reads as empty text.
 using Cell = std::string_view;
-
-/// Text that stays in place, so that views of it hold as long as the pool does.
-class TextPool {
- public:
-  /// A lasting copy; never a null pointer, not even for empty text.
-  std::string_view keep(std::string_view text);
-
- private:
-  std::deque<std::string> blocks_; ///< each filled up to the room it was made with
-};
 
 /// Numbered rows of named text cells: an ordered map from row number to a map from name to text,
 /// laid out as one list of cells instead of a tree a row.
