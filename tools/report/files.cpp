@@ -1,6 +1,5 @@
 #include "tools/report/files.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <unistd.h>
 
@@ -29,20 +28,6 @@ void makeFolder(const std::string& path) {
   if (error) {
     throw ToolError(ToolStatus::cannotWrite, path + ": cannot make the folder");
   }
-}
-
-std::string databaseFolder(const std::string& database) {
-  if (!database.empty()) {
-    return database;
-  }
-  std::string usual = CITRANS().tabDir;
-  if (std::getenv("CITRANS_DIR") != nullptr || std::filesystem::exists(usual)) {
-    return usual;
-  }
-  std::error_code error;
-  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
-  const std::filesystem::path installed = self.parent_path().parent_path() / "share/citrans/tab";
-  return std::filesystem::exists(installed, error) ? installed.string() : usual;
 }
 
 Database readDatabase(const std::string& folder) {

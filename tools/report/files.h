@@ -29,8 +29,3 @@ void makeFolder(const std::string& path);
 
 /// The name of the secondary-shift table that citrans writes beside a summary.
 std::string shiftTableName(const std::string& summary);
-
-/// Where the tables of the database are: `database` when given; else where citrans looks, below
-/// CITRANS_DIR or the current directory; else, when that is not there, those that are installed
-/// with this program.
-std::string databaseFolder(const std::string& database);

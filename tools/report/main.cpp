@@ -6,6 +6,7 @@
 #include "tools/common/command_options.h"
 #include "tools/common/file_identity.h"
 #include "tools/common/output.h"
+#include "tools/common/program_tables.h"
 #include "tools/common/tool.h"
 #include "tools/report/exports.h"
 #include "tools/report/files.h"
@@ -131,7 +132,7 @@ void checkFiles(const Options& options, const std::vector<Output>& outputs) {
   std::vector<std::string> inputs = {
       paths.summary, paths.shifts.empty() ? shiftTableName(paths.summary) : paths.shifts, paths.map,
       options.structure, options.structureMap};
-  const std::string folder = databaseFolder(paths.database);
+  const std::string folder = tableFolder(paths.database);
   for (const char* table : {"/sslimit.tab", "/Pro.cs.tab", "/Pro.seq.tab", "/calls.tab"}) {
     inputs.push_back(folder + table);
   }
@@ -154,7 +155,7 @@ int runReport(int argc, char** argv) {
   checkStreams(options);
   Sources sources = readSources(options.paths);
   sources.clip = !options.noclip;
-  const Report report = makeReport(sources, readDatabase(databaseFolder(options.paths.database)));
+  const Report report = makeReport(sources, readDatabase(tableFolder(options.paths.database)));
   std::set<std::string> said;
   warn(report.warnings, said);
   if (!options.structureMap.empty()) {
