@@ -125,8 +125,8 @@ struct Analysis {
 
   py::list prolines(bool withEvidence) const {
     py::list all;
-    for (const Prediction& prediction : result.predictions) {
-      all.append(prolineFields(result.report, prediction, withEvidence));
+    for (const analyse::Proline& proline : result.prolines) {
+      all.append(prolineFields(result.report, proline.used, withEvidence));
     }
     return all;
   }
@@ -234,8 +234,8 @@ PYBIND11_MODULE(_core, module) {
       .def("offsets", &Analysis::offsets)
       .def("text", &Analysis::output, "kind"_a)
       .def("sequence", [](const Analysis& analysis) { return text(analysis.result.sequence); })
-      .def("notes", [](const Analysis& analysis) { return texts(analysis.result.notes); })
-      .def("warnings", [](const Analysis& analysis) { return texts(analysis.result.warnings); });
+      .def("notes", [](const Analysis& analysis) { return texts(analysis.result.decisions()); })
+      .def("warnings", [](const Analysis& analysis) { return texts(analysis.result.warnings()); });
   module.def("analyse", &analyseFiles, "shifts"_a, "structure"_a, "choice"_a, "place"_a,
              "isotope"_a, "rereference"_a, "clip"_a);
   module.def("import_file", &importFile, "deposition"_a, "choice"_a);

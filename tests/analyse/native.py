@@ -51,6 +51,7 @@ class Programs:
             for key in ("entity", "list", "copy"):
                 command += [f"--{key}", settings[key]] if key in settings else []
             command += ["--rereference", "--tab", self.tab] if settings.get("rereference") else []
+            command += ["--iso"] if settings.get("rereference") and settings.get("isotope") else []
             run(command, folder)
             (folder / "imported").replace(folder / table)
         if not own:

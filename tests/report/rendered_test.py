@@ -77,7 +77,7 @@ def make_list(folder):
     subprocess.run([BATCH, os.path.join(ROOT, "examples"), os.path.join(folder, "off.tab"),
                     os.path.join(folder, "bare.tab"), broken, "--report",
                     os.path.join(folder, "many"), "-o", os.path.join(folder, "many.tsv"),
-                    "--citrans", CITRANS, "--quiet"],
+                    "--quiet"],
                    check=True, capture_output=True, env={**os.environ, "CITRANS_DIR": ROOT})
     return pathlib.Path(folder, "many", "index.html")
 

@@ -238,7 +238,7 @@ class Report(unittest.TestCase):
         cases = [
             (["--shifts", "none.tab"], 66, "none.tab: cannot read"),
             (["--shifts", "."], 66, ".: cannot read"),
-            (["--tab", "nowhere"], 66, "nowhere/sslimit.tab: cannot read"),
+            (["--tab", "nowhere"], 66, "nowhere/Pro.cs.tab: cannot read"),
             (["-o", "no/such/folder/page.html"], 73, "cannot write"),
             (["--svg", "out.tab"], 73, "out.tab: cannot make the folder"),
             (["--json", "-", "--tsv", "-"], 1, "only one output"),

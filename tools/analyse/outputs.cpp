@@ -33,10 +33,6 @@ constexpr Kind kinds[] = {
 
 } // namespace
 
-std::string Result::tableName() const {
-  return name + ".tab";
-}
-
 NamedText makeOutput(const Result& result, std::string_view kind) {
   for (const Kind& each : kinds) {
     if (kind == each.name) {

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "tools/report/index.h"
 
 /// One input of a batch, as the user named it or as it was found in a folder.
 struct Entry {
@@ -43,4 +46,5 @@ struct EntryResult {
   /// Referencing offsets that were taken off, ppm, of CA/CB, HA and C': "0.000" for none, empty
   /// where none was looked for.
   std::array<std::string, 3> offsets;
+  std::optional<IndexEntry> listed; ///< its row in the list of pages, when it has a page
 };

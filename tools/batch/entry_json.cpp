@@ -1,5 +1,7 @@
 #include "tools/batch/entry_json.h"
 
+#include "tools/report/index_json.h"
+
 using nlohmann::json;
 
 json toJson(const EntryResult& result) {
@@ -9,10 +11,14 @@ json toJson(const EntryResult& result) {
                         row.counts[2], row.cgShift, row.pCis, row.pCisNorm, row.call, row.evidence,
                         row.hasCb, row.hasCg, row.rawPCisNorm, row.rawCall});
   }
-  return {{"path", result.entry.path},         {"size", result.entry.size},
-          {"modified", result.entry.modified}, {"status", result.status},
-          {"message", result.message},         {"prolines", prolines},
-          {"offsets", result.offsets}};
+  return {{"path", result.entry.path},
+          {"size", result.entry.size},
+          {"modified", result.entry.modified},
+          {"status", result.status},
+          {"message", result.message},
+          {"prolines", prolines},
+          {"offsets", result.offsets},
+          {"listed", result.listed ? toJson(*result.listed) : json()}};
 }
 
 EntryResult fromJson(const json& stored) {
@@ -21,6 +27,9 @@ EntryResult fromJson(const json& stored) {
   result.status = stored.at("status");
   result.message = stored.at("message");
   result.offsets = stored.at("offsets");
+  if (!stored.at("listed").is_null()) {
+    result.listed = indexEntryFrom(stored.at("listed"));
+  }
   for (const json& cells : stored.at("prolines")) {
     result.prolines.push_back({cells.at(0),
                                cells.at(1),

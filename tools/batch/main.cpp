@@ -1,9 +1,11 @@
 #include <cstdio>
 
+#include "tools/analyse/files.h"
 #include "tools/batch/entries.h"
 #include "tools/batch/one_entry.h"
 #include "tools/batch/output_rows.h"
 #include "tools/batch/process.h"
+#include "tools/batch/report_pages.h"
 #include "tools/batch/worker_pool.h"
 #include "tools/common/command_options.h"
 #include "tools/common/file_identity.h"
@@ -28,13 +30,12 @@ struct Options {
   bool resume = false;
   bool quiet = false;
   bool noRereference = false;
+  bool noclip = false;
   /// The scratch folder of a process that runs entries for another one of its kind.
   std::string serve;
 };
 
 void declareOptions(CLI::App& app, Options& options) {
-  options.run.pages.citrans = programBeside("citrans");
-  options.run.pages.report = programBeside("citrans-report");
   app.set_version_flag("--version", versionLine(program));
   app.add_option("inputs", options.inputs, "files and folders: NMR-STAR, NEF or tables");
   app.add_option("--list", options.list, "file with one input a line; - for standard input");
@@ -52,18 +53,15 @@ void declareOptions(CLI::App& app, Options& options) {
   app.add_flag("--fail-fast", options.pool.failFast, "stop at the first entry that fails");
   app.add_flag("--quiet", options.quiet, "no progress");
   app.add_flag("--no-rereference", options.noRereference, "leave the referencing as it is");
-  app.add_flag("--offset", options.run.prediction.offset,
+  app.add_flag("--offset", options.run.analysis.offset,
                "correct as citrans -offset does, which spoils calls that use CG");
-  app.add_flag("--iso", options.run.prediction.iso, "correct for deuteration, as citrans -iso");
-  app.add_flag("--noclip", options.run.prediction.noclip,
-               "leave extreme shifts, as citrans -noclip");
+  app.add_flag("--iso", options.run.analysis.isotope, "correct for deuteration, as citrans -iso");
+  app.add_flag("--noclip", options.noclip, "leave extreme shifts, as citrans -noclip");
   app.add_option("--journal", options.journal,
                  "file for results so far (default: the output's name and .journal, none for -)");
-  app.add_option("--report", options.run.pages.folder,
+  app.add_option("--report", options.run.reports,
                  "folder for a page about each entry and index.html, the list of them");
-  app.add_option("--citrans", options.run.pages.citrans,
-                 "the program that a page of --report is made with");
-  app.add_option("--tab", options.run.prediction.tabFolder, "folder of the tables");
+  app.add_option("--tab", options.run.tables, "folder of the tables");
   app.add_option("--import", options.run.importer,
                  "a program that imports in place of the importer's library");
   app.add_option("--serve", options.serve)->group(""); // for its own processes
@@ -72,32 +70,24 @@ void declareOptions(CLI::App& app, Options& options) {
 /// Fills what follows from the options, and the command of a process that runs entries: this
 /// program with the same settings.
 void completeSettings(Options& options) {
-  PredictionSettings& settings = options.run.prediction;
-  settings.tabFolder = tableFolder(settings.tabFolder);
-  settings.rereference = !options.noRereference;
-  PageSettings& pages = options.run.pages;
-  pages.seconds = options.run.seconds;
-  const std::pair<bool, const char*> ofProgram[] = {
-      {settings.offset, "-offset"}, {settings.iso, "-iso"}, {settings.noclip, "-noclip"}};
-  for (const auto& [given, name] : ofProgram) {
-    if (given) {
-      pages.options.emplace_back(name);
-    }
-  }
+  RunSettings& run = options.run;
+  run.tables = tableFolder(run.tables);
+  run.analysis.rereference = !options.noRereference;
+  run.analysis.clip = !options.noclip;
+  run.analysis.report = !run.reports.empty();
   std::vector<std::string>& command = options.pool.command;
-  command = {programBeside(program), "--tab", settings.tabFolder, "--timeout",
-             std::to_string(options.run.seconds)};
-  const std::pair<bool, const char*> switches[] = {{settings.offset, "--offset"},
-                                                   {settings.iso, "--iso"},
-                                                   {settings.noclip, "--noclip"},
+  command = {programBeside(program), "--tab", run.tables, "--timeout", std::to_string(run.seconds)};
+  const std::pair<bool, const char*> switches[] = {{run.analysis.offset, "--offset"},
+                                                   {run.analysis.isotope, "--iso"},
+                                                   {options.noclip, "--noclip"},
                                                    {options.noRereference, "--no-rereference"}};
   for (const auto& [given, name] : switches) {
     if (given) {
       command.emplace_back(name);
     }
   }
-  const std::pair<std::string, const char*> named[] = {
-      {options.run.importer, "--import"}, {pages.folder, "--report"}, {pages.citrans, "--citrans"}};
+  const std::pair<std::string, const char*> named[] = {{run.importer, "--import"},
+                                                       {run.reports, "--report"}};
   for (const auto& [value, name] : named) {
     if (!value.empty()) {
       command.insert(command.end(), {name, value});
@@ -159,15 +149,15 @@ int runBatch(int argc, char** argv) {
     options.journal = options.output + ".journal";
   }
   // Refuses tables of the database before anything is written.
-  static_cast<void>(Predictor(options.run.prediction));
+  static_cast<void>(analyse::Analyser(analyse::tablesIn(options.run.tables)));
   const std::vector<std::string> outputs = {options.output, options.journal};
   std::vector<Entry> entries = collectEntries(options.inputs, options.list, outputs);
-  if (!options.run.pages.folder.empty()) {
-    leaveOutPages(options.run.pages, entries);
+  if (!options.run.reports.empty()) {
+    leaveOutPages(options.run.reports, entries);
   }
   checkFiles(options, entries, outputs);
-  if (!options.run.pages.folder.empty()) {
-    makePageFolders(options.run.pages);
+  if (!options.run.reports.empty()) {
+    makePageFolders(options.run.reports);
   }
   Journal journal(options.journal, settingsText(options), options.resume);
   Progress progress(entries.size(), options.quiet);
@@ -175,8 +165,8 @@ int runBatch(int argc, char** argv) {
   if (!runAll(entries, options.pool, journal, progress, results)) {
     return stoppedEarly(options, results);
   }
-  if (!options.run.pages.folder.empty()) {
-    writeIndex(options.run.pages, results);
+  if (!options.run.reports.empty()) {
+    writeIndex(options.run.reports, results);
   }
   writeWholeFile(options.output, formatOutput(results, options.kind));
   journal.remove();

@@ -2,65 +2,31 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <map>
 #include <unistd.h>
 
 #include "table/file_io.h"
-#include "table/gdb.h"
+#include "tools/analyse/files.h"
 #include "tools/batch/entry_json.h"
+#include "tools/batch/entry_rows.h"
 #include "tools/batch/process.h"
+#include "tools/batch/report_pages.h"
 #include "tools/common/output.h"
 #include "tools/common/program_tables.h"
-#include "tools/import/import.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-/// Files of one entry below the scratch folder.
-struct ScratchFiles {
-  explicit ScratchFiles(const std::string& folder)
-      : table(folder + "/in.tab"), map(folder + "/map.tsv"), output(folder + "/stdout"),
-        error(folder + "/stderr") {}
-  std::string table, map, output, error;
-};
-
-std::string contentOf(const std::string& path) {
-  return readWholeFile(path).value_or("");
-}
-
-/// The lines of a stream that tell something: without the banner and blank lines, joined.
+/// The lines of a stream that tell something: without the program's name and blank lines, joined.
 std::string messageIn(const std::string& file, const std::string& program) {
-  std::string message;
-  bool banner = false;
-  const std::string text = contentOf(file);
+  const std::string text = readWholeFile(file).value_or("");
   std::string_view rest = text;
+  std::string said;
   for (std::string_view line; takeLine(rest, line);) {
-    std::string simple = GDB::simplifyWhiteSpace(std::string(line));
-    if (simple.substr(0, 5) == "*----") {
-      banner = !banner;
-      continue;
-    }
-    if (simple.substr(0, program.size() + 2) == program + ": ") {
-      simple.erase(0, program.size() + 2);
-    }
-    if (!banner && !simple.empty()) {
-      message += (message.empty() ? "" : " | ") + simple;
-    }
+    const std::string_view name = line.substr(0, program.size() + 2);
+    said += std::string(line.substr(name == program + ": " ? name.size() : 0)) + "\n";
   }
-  return message;
-}
-
-/// Author numbers by table number, from the importer's map; empty for a table.
-std::map<std::string, std::string> readMap(std::string_view map) {
-  std::map<std::string, std::string> authors;
-  for (std::string_view line; takeLine(map, line);) {
-    const std::vector<std::string> cells = GDB::split("\t", std::string(line));
-    if (cells.size() >= 2) {
-      authors[cells[0]] = cells[1];
-    }
-  }
-  return authors;
+  return joinedLines(said);
 }
 
 /// SIGALRM ends this process when what is done meanwhile takes longer.
@@ -72,127 +38,109 @@ class TimeLimit {
   TimeLimit& operator=(const TimeLimit&) = delete;
 };
 
-void addMessage(EntryResult& result, const std::string& kind, const std::string& line) {
-  result.message += (result.message.empty() ? "" : " | ") + kind + GDB::simplifyWhiteSpace(line);
-}
-
 /// True when the process ended well; otherwise fills status and message.
-bool endedWell(const ProcessEnd& end, EntryResult& result, const char* failure,
-               const std::string& message) {
+bool endedWell(const ProcessEnd& end, EntryResult& result, const std::string& message) {
   if (end.signal != 0) {
     result.status = "crashed";
     result.message = signalText(end.signal) + (message.empty() ? "" : " | ") + message;
     return false;
   }
   if (end.status != 0) {
-    result.status = failure;
+    result.status = "import";
     result.message = message.empty() ? "exit status " + std::to_string(end.status) : message;
     return false;
   }
   return true;
 }
 
-/// What the program reads for an entry.
-struct Table {
-  std::string text;
-  std::string map; ///< the importer's, or empty
-};
-
-/// The importer's table, by its library.
-bool importHere(const std::string& path, const RunSettings& settings, Table& table,
-                EntryResult& result) {
-  const TimeLimit limit(settings.seconds);
-  try {
-    Imported imported = importDepositionFile(path, Choice());
-    for (const std::string& remark : imported.remarks) {
-      addMessage(result, "", remark);
-    }
-    for (const std::string& warning : imported.warnings) {
-      addMessage(result, "warning: ", warning);
-    }
-    table = {std::move(imported.table), std::move(imported.map)};
-    return true;
-  } catch (const std::exception& refusal) {
-    result.status = "import";
-    addMessage(result, "", refusal.what());
-    return false;
-  }
-}
-
-/// The importer's table, by the program that the user named.
-bool importByProgram(const std::string& path, const RunSettings& settings,
-                     const ScratchFiles& files, Table& table, EntryResult& result) {
+/// What the program that the user named makes of a deposition; nothing when it fails.
+std::optional<Imported> importByProgram(const std::string& path, const RunSettings& settings,
+                                        const std::string& scratch, EntryResult& result) {
+  const std::string table = scratch + "/in.tab";
+  const std::string map = scratch + "/map.tsv";
+  const std::string error = scratch + "/stderr";
   const ProcessEnd end =
-      runProcess({settings.importer, path, "-o", files.table, "--map", files.map}, files.output,
-                 files.error, settings.seconds);
-  result.message = messageIn(files.error, "citrans-import");
-  if (!endedWell(end, result, "import", result.message)) {
-    return false;
+      runProcess({settings.importer, fs::absolute(path).string(), "-o", table, "--map", map},
+                 scratch + "/stdout", error, settings.seconds);
+  result.message = messageIn(error, "citrans-import");
+  if (!endedWell(end, result, result.message)) {
+    return std::nullopt;
   }
-  table = {contentOf(files.table), contentOf(files.map)};
-  return true;
+  Imported imported;
+  imported.table = readWholeFile(table).value_or("");
+  imported.map = readWholeFile(map).value_or("");
+  return imported;
 }
 
-/// The entry's table: the file itself, or what the importer makes of it.
-bool makeTable(const ScratchFiles& files, const RunSettings& settings, Table& table,
-               EntryResult& result) {
-  const std::string& path = result.entry.path;
-  std::error_code error;
-  std::optional<std::string> text = readWholeFile(path);
-  if (!fs::is_regular_file(path, error) || !text) {
-    result.status = "missing";
-    result.message = "cannot read the file";
-    return false;
+/// Everything there is to say of the entry; nothing when the importing program fails.
+std::optional<analyse::Result> analyseEntry(const std::string& bytes, const RunSettings& settings,
+                                            const analyse::Analyser& analyser,
+                                            const std::string& scratch, EntryResult& result) {
+  const std::string name = fileName(result.entry.path);
+  if (settings.importer.empty() || isProgramTable(bytes)) {
+    const TimeLimit limit(settings.seconds);
+    return analyser.analyse({name, bytes}, std::nullopt, settings.analysis);
   }
-  if (isProgramTable(*text)) {
-    table.text = std::move(*text);
-    return true;
+  const std::optional<Imported> imported =
+      importByProgram(result.entry.path, settings, scratch, result);
+  if (!imported) {
+    return std::nullopt;
   }
-  const std::string absolute = fs::absolute(path).string();
-  return settings.importer.empty() ? importHere(absolute, settings, table, result)
-                                   : importByProgram(absolute, settings, files, table, result);
-}
-
-void predict(const Table& table, const RunSettings& settings, const Predictor& predictor,
-             EntryResult& result) {
   const TimeLimit limit(settings.seconds);
-  const std::string said = std::move(result.message);
-  result.message.clear();
-  predictor.predict(table.text, result);
-  if (result.status == "ok" && !said.empty()) {
-    result.message = said + (result.message.empty() ? "" : " | ") + result.message;
-  }
-  const std::map<std::string, std::string> authors = readMap(table.map);
-  for (ProlineRow& row : result.prolines) {
-    const auto author = authors.find(row.resid);
-    row.author = author == authors.end() ? row.resid : author->second;
-  }
+  return analyser.analyse(*imported, name, settings.analysis);
 }
 
-void writePage(const ScratchFiles& files, const RunSettings& settings, const Table& table,
-               const std::string& scratch, EntryResult& result) {
-  std::vector<Output> inputs = {{files.table, table.text}};
-  if (!table.map.empty()) {
-    inputs.push_back({files.map, table.map});
+void refuse(const analyse::Refusal& refusal, EntryResult& result) {
+  result.status = refusal.step() == analyse::Step::import ? "import" : "refused";
+  result.message = joinedLines(refusal.said());
+}
+
+void runReadable(const std::string& bytes, const RunSettings& settings,
+                 const analyse::Analyser& analyser, const std::string& scratch,
+                 EntryResult& result) {
+  try {
+    const std::optional<analyse::Result> found =
+        analyseEntry(bytes, settings, analyser, scratch, result);
+    if (!found) {
+      return;
+    }
+    takeResult(*found, result);
+    result.status = "ok";
+    if (!settings.reports.empty()) {
+      writeEntryPage(settings.reports, *found, result);
+    }
+  } catch (const analyse::Refusal& refusal) {
+    if (refusal.step() != analyse::Step::report) {
+      refuse(refusal, result);
+      return;
+    }
+    // The predictions stand without their page.
+    RunSettings without = settings;
+    without.reports.clear();
+    without.analysis.report = false;
+    result.message.clear();
+    runReadable(bytes, without, analyser, scratch, result);
+    addMessage(std::string("no page could be made: ") + refusal.what(), result);
+  } catch (const std::exception& fault) {
+    result.status = "refused";
+    addMessage(fault.what(), result);
   }
-  writeWholeFiles(inputs);
-  writeEntryPage(settings.pages, files.table, files.map, scratch, result);
 }
 
 } // namespace
 
 EntryResult runEntry(const std::string& path, const RunSettings& settings,
-                     const Predictor& predictor, const std::string& scratch) {
+                     const analyse::Analyser& analyser, const std::string& scratch) {
   EntryResult result;
   result.entry.path = path;
-  const ScratchFiles files(scratch);
-  Table table;
-  if (makeTable(files, settings, table, result)) {
-    predict(table, settings, predictor, result);
+  std::error_code error;
+  const std::optional<std::string> bytes = readWholeFile(path);
+  if (!fs::is_regular_file(path, error) || !bytes) {
+    result.status = "missing";
+    result.message = "cannot read the file";
+    return result;
   }
-  if (result.status == "ok" && !settings.pages.folder.empty()) {
-    writePage(files, settings, table, scratch, result);
-  }
+  runReadable(*bytes, settings, analyser, scratch, result);
   for (const fs::directory_entry& left : fs::directory_iterator(scratch)) {
     fs::remove(left.path());
   }
@@ -200,14 +148,14 @@ EntryResult runEntry(const std::string& path, const RunSettings& settings,
 }
 
 void serveEntries(const RunSettings& settings, const std::string& scratch) {
-  const Predictor predictor(settings.prediction);
+  const analyse::Analyser analyser(analyse::tablesIn(settings.tables));
   std::string path;
   for (int c = std::getchar(); c != EOF; c = std::getchar()) {
     if (c != '\0') {
       path += static_cast<char>(c);
       continue;
     }
-    writeWholeFile("-", lineOf(toJson(runEntry(path, settings, predictor, scratch))));
+    writeWholeFile("-", lineOf(toJson(runEntry(path, settings, analyser, scratch))));
     path.clear();
   }
 }

@@ -3,16 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "tools/analyse/analyse.h"
 #include "tools/batch/entry.h"
 
-/// Where and how a batch makes a page for each entry.
-struct PageSettings {
-  std::string folder;               ///< empty: no pages
-  std::string citrans;              ///< program that predicts
-  std::string report;               ///< program that makes the page
-  std::vector<std::string> options; ///< further options of citrans, such as "-offset"
-  unsigned seconds = 300;           ///< longest time of one process; 0 for no limit
-};
+/// The pages of a batch, below a folder that the user names: index.html and pages/.
+
+/// The name of a file without its folders.
+std::string fileName(const std::string& path);
 
 /// The name of an entry's page below the folder, without its ending: the name of its file, and a
 /// number made from its path, so that entries of one name in two folders keep apart and the path
@@ -20,18 +17,14 @@ struct PageSettings {
 std::string pageName(const std::string& entryPath);
 
 /// Takes the files below the folder, pages of an earlier batch, out of the entries.
-void leaveOutPages(const PageSettings& settings, std::vector<Entry>& entries);
+void leaveOutPages(const std::string& folder, std::vector<Entry>& entries);
 
 /// Makes the folders. Throws ToolError(cannotWrite).
-void makePageFolders(const PageSettings& settings);
+void makePageFolders(const std::string& folder);
 
-/// Writes the page and the JSON file of one entry from its table, in processes of their own.
-///
-/// \param table, map  the entry's table, and author numbers; the map need not be there
-/// \param scratch  folder for files in between
-/// \param result  the entry's; a page that could not be made is added to its message
-void writeEntryPage(const PageSettings& settings, const std::string& table, const std::string& map,
-                    const std::string& scratch, EntryResult& result);
+/// Writes the page and the JSON file of one entry, and puts its row of the list into the result; a
+/// page that cannot be written is added to its message instead.
+void writeEntryPage(const std::string& folder, const analyse::Result& found, EntryResult& result);
 
 /// Writes index.html, the list of all entries. Throws ToolError(cannotWrite).
-void writeIndex(const PageSettings& settings, const std::vector<EntryResult>& results);
+void writeIndex(const std::string& folder, const std::vector<EntryResult>& results);

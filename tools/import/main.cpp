@@ -27,6 +27,7 @@ struct Options {
   std::string structure;
   StructureChoice structureChoice;
   bool rereference = false;
+  bool isotope = false;
   std::string shiftBy;
   std::string tabFolder;
 };
@@ -53,6 +54,9 @@ void declareOptions(CLI::App& app, Options& options) {
   auto* const estimate =
       app.add_flag("--rereference", options.rereference,
                    "estimate referencing offsets and take them off; the input may be a table");
+  app.add_flag("--iso", options.isotope,
+               "for --rereference: the sample is deuterated, as for citrans -iso")
+      ->needs(estimate);
   app.add_option("--shift-by", options.shiftBy,
                  "shift the nuclei by what is known, as in C=-2.36,HA=0.02 (ppm; C: all carbons, "
                  "CA: with CB and side chains, CO: carbonyl); the input may be a table")
@@ -93,7 +97,9 @@ Imported readShifts(const Options& options) {
 void correctReferencing(const Options& options, Imported& imported) {
   referencing::Corrected corrected;
   if (options.rereference) {
-    const referencing::Database database(tableFolder(options.tabFolder));
+    const referencing::Database database(
+        tableFolder(options.tabFolder),
+        options.isotope ? CITRANS::Options{{"iso", "true"}} : CITRANS::Options());
     corrected = referencing::rereference(database, imported.table);
   } else if (!options.shiftBy.empty()) {
     corrected = referencing::shiftBy(referencing::parseShiftBy(options.shiftBy), imported.table);

@@ -1,8 +1,7 @@
 #include "tools/report/index.h"
 
+#include <algorithm>
 #include <array>
-#include <cmath>
-#include <nlohmann/json.hpp>
 
 #include "tools/common/tool.h"
 #include "tools/report/embedded.h"
@@ -11,8 +10,6 @@
 #include "tools/report/text.h"
 
 namespace {
-
-using Json = nlohmann::json;
 
 /// Characters of a remark; the page of the entry has all.
 constexpr std::size_t longestRemark = 240;
@@ -29,26 +26,13 @@ constexpr std::array<Filter, 6> filters = {{{"all", "all"},
                                             {"referencing", "misreferenced"},
                                             {"failed", "without a report"}}};
 
-/// What the list shows of one entry.
+/// What the list shows of one entry, and the kinds that it is of.
 struct Row {
-  std::string protein, cis, undecided, disagreeing, offset, changed, remark;
-  std::size_t prolines = 0, cisCount = 0, undecidedCount = 0;
-  bool hasReport = false, hasReference = false;
+  std::string cis, undecided, disagreeing, changed, offset, kinds = "all";
+  std::size_t cisCount = 0, undecidedCount = 0;
 
-  std::vector<std::string> kinds() const {
-    std::vector<std::string> found = {"all"};
-    const std::pair<bool, const char*> conditions[] = {
-        {!cis.empty(), "cis"},
-        {!undecided.empty(), "undecided"},
-        {!disagreeing.empty(), "structure"},
-        {!offset.empty() || !changed.empty(), "referencing"},
-        {!hasReport, "failed"}};
-    for (const auto& [holds, kind] : conditions) {
-      if (holds) {
-        found.emplace_back(kind);
-      }
-    }
-    return found;
+  bool isOf(const std::string& kind) const {
+    return (" " + kinds + " ").find(" " + kind + " ") != std::string::npos;
   }
 };
 
@@ -56,51 +40,37 @@ void append(std::string& list, const std::string& label) {
   list += (list.empty() ? "" : ", ") + label;
 }
 
-void takeProline(const Json& proline, Row& row) {
-  const std::string label = "Pro" + proline.at("author").get<std::string>();
-  const Json& call = proline.at("call");
-  ++row.prolines;
-  if (call == "cis") {
+void takeProline(const IndexProline& proline, Row& row) {
+  const std::string label = "Pro" + proline.number;
+  if (proline.call == "cis") {
     ++row.cisCount;
     append(row.cis, label);
-  } else if (call == "undecided") {
+  } else if (proline.call == "undecided") {
     ++row.undecidedCount;
     append(row.undecided, label);
   }
-  if (!proline.at("predicted").get<bool>()) {
-    return;
-  }
-  const Json& reference = proline.at("reference");
-  row.hasReference = row.hasReference || !reference.is_null();
-  if (!reference.is_null() && reference.at("disagrees") == true) {
+  if (proline.disagrees) {
     append(row.disagreeing, label);
   }
-  const Json& corrected = proline.at("corrected");
-  if (!corrected.is_null() && corrected.at("changes") == true) {
+  if (proline.changes) {
     append(row.changed, label);
   }
 }
 
 Row rowOf(const IndexEntry& entry) {
   Row row;
-  row.hasReport = !entry.json.empty();
-  row.remark = entry.message;
-  if (!row.hasReport) {
-    return row;
-  }
-  const Json report = Json::parse(entry.json);
-  row.protein = report.at("name").get<std::string>();
-  row.remark.clear();
-  for (const Json& warning : report.at("import_warnings")) {
-    row.remark += (row.remark.empty() ? "" : "; ") + warning.get<std::string>();
-  }
-  for (const Json& proline : report.at("prolines")) {
+  for (const IndexProline& proline : entry.prolines) {
     takeProline(proline, row);
   }
-  for (const Json& offset : report.at("offsets")) {
-    if (offset.at("nuclei").at(0) == "CA") {
-      row.offset = signedDecimal(offset.at("offset").get<double>(), 2);
-    }
+  row.offset = entry.offset ? signedDecimal(*entry.offset, 2) : "";
+  const std::pair<bool, const char*> conditions[] = {
+      {!row.cis.empty(), " cis"},
+      {!row.undecided.empty(), " undecided"},
+      {!row.disagreeing.empty(), " structure"},
+      {!row.offset.empty() || !row.changed.empty(), " referencing"},
+      {!entry.hasReport, " failed"}};
+  for (const auto& [holds, kind] : conditions) {
+    row.kinds += holds ? kind : "";
   }
   return row;
 }
@@ -110,38 +80,30 @@ PageData shownIf(const std::string& labels) {
 }
 
 PageData rowData(const IndexEntry& entry, const Row& row) {
-  std::string kinds;
-  for (const std::string& kind : row.kinds()) {
-    kinds += (kinds.empty() ? "" : " ") + kind;
-  }
   PageData data;
-  data.set("kinds", kinds);
+  data.set("kinds", row.kinds);
   data.set("entry", entry.name);
   data.set("page", !entry.page.empty());
   data.set("href", entry.page);
-  data.set("protein", row.protein);
-  data.set("prolines", row.hasReport ? std::to_string(row.prolines) : "");
+  data.set("protein", entry.protein);
+  data.set("prolines", entry.hasReport ? std::to_string(entry.prolines.size()) : "");
   data.set("cis", shownIf(row.cis));
   data.set("undecided", shownIf(row.undecided));
   data.set("disagreeing", row.disagreeing);
   data.set("offset", row.offset);
   data.set("changed", row.changed);
-  data.set("remark", shortened(row.remark, longestRemark));
+  data.set("remark", shortened(entry.remark, longestRemark));
   return data;
 }
 
 PageData filterData(const std::vector<Row>& rows, bool reference) {
   PageData list = pageList();
   for (const Filter& filter : filters) {
-    std::size_t count = 0;
-    for (const Row& row : rows) {
-      for (const std::string& kind : row.kinds()) {
-        count += kind == filter.kind ? 1U : 0U;
-      }
-    }
     if (std::string(filter.kind) == "structure" && !reference) {
       continue;
     }
+    const auto count = std::count_if(rows.begin(), rows.end(),
+                                     [&filter](const Row& row) { return row.isOf(filter.kind); });
     PageData data;
     data.set("kind", filter.kind);
     data.set("label", filter.label);
@@ -172,12 +134,14 @@ PageData columnData(bool reference) {
   return list;
 }
 
-std::string countText(const std::vector<Row>& rows) {
+std::string countText(const std::vector<IndexEntry>& entries, const std::vector<Row>& rows) {
   std::size_t prolines = 0;
   std::size_t cis = 0;
   std::size_t undecided = 0;
+  for (const IndexEntry& entry : entries) {
+    prolines += entry.prolines.size();
+  }
   for (const Row& row : rows) {
-    prolines += row.prolines;
     cis += row.cisCount;
     undecided += row.undecidedCount;
   }
@@ -193,7 +157,7 @@ std::string indexPage(const std::vector<IndexEntry>& entries) {
   bool reference = false;
   for (const IndexEntry& entry : entries) {
     rows.push_back(rowOf(entry));
-    reference = reference || rows.back().hasReference;
+    reference = reference || entry.hasReference;
   }
   PageData list = pageList();
   for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -206,7 +170,7 @@ std::string indexPage(const std::vector<IndexEntry>& entries) {
   page.set("style", pageStyle());
   page.set("code", std::string(embedded::indexCode));
   page.set("codeHash", std::string(embedded::indexCodeHash));
-  page.set("counts", countText(rows));
+  page.set("counts", countText(entries, rows));
   page.set("filters", filterData(rows, reference));
   page.set("hasReference", reference);
   page.set("columns", columnData(reference));

@@ -1,6 +1,5 @@
 #include "tools/report/inputs.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -30,11 +29,6 @@ std::string remarkAfter(const GDB& table, const std::string& start) {
   return "";
 }
 
-bool hasColumn(const GDB& table, const std::string& name) {
-  const std::vector<std::string>& names = table.columnNames();
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 void noteSkippedLines(const TableFile& file, Inputs& inputs) {
   if (!file.skippedLines().empty()) {
     const std::size_t count = file.skippedLines().size();
@@ -59,7 +53,7 @@ SummaryRow summaryRowOf(const TableFile& file, std::size_t row) {
   summary.pCisNorm = file.number(row, "P_CIS_NORM");
   summary.pCisText = text("P_CIS");
   summary.pCisNormText = text("P_CIS_NORM");
-  if (hasColumn(file.table(), "OMEGA_REF")) {
+  if (file.hasColumn("OMEGA_REF")) {
     summary.referenceName = text("RESNAME_REF");
     summary.omega = file.number(row, "OMEGA_REF");
     summary.hasOmega = std::fabs(summary.omega) < noAngle;

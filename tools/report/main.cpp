@@ -1,90 +1,37 @@
-#include <algorithm>
 #include <cstdio>
-#include <iterator>
+#include <filesystem>
 #include <set>
 
-#include "tools/common/command_options.h"
+#include "table/file_io.h"
+#include "tools/analyse/files.h"
 #include "tools/common/file_identity.h"
 #include "tools/common/output.h"
 #include "tools/common/program_tables.h"
-#include "tools/common/tool.h"
+#include "tools/import/gzip_text.h"
+#include "tools/report/command_line.h"
 #include "tools/report/exports.h"
 #include "tools/report/files.h"
 #include "tools/report/page.h"
 #include "tools/report/pictures_export.h"
-#include "tools/report/viewer.h"
+#include "tools/report/table_file.h"
 
 namespace {
 
 constexpr char program[] = "citrans-report";
 
-struct Options {
-  InputPaths paths;
-  bool noclip = false;
-  std::string html, svg, tsv, json, chimerax, pymol, bFactor;
-  std::string structure, structureMap;
-  ViewerSettings viewer;
+/// What the outputs are made of.
+struct Material {
+  Report report;
+  NamedText structure;       ///< PDB file to set the B factors of; without a name for none
+  ViewerSettings viewer;     ///< for commands
+  ViewerSettings structured; ///< for that file
 };
 
-void declareOptions(CLI::App& app, Options& options) {
-  app.set_version_flag("--version", versionLine(program));
-  app.add_option("summary", options.paths.summary, "summary of citrans; - for standard input")
-      ->required();
-  app.add_option("--shifts", options.paths.shifts,
-                 "secondary-shift table (default: as citrans names it beside the summary)");
-  app.add_option(
-      "--tab", options.paths.database,
-      "folder of the database tables (default: tab below CITRANS_DIR or here, else the installed)");
-  app.add_option("--map", options.paths.map, "author numbers, from citrans-import --map");
-  app.add_flag("--noclip", options.noclip, "the run had -noclip");
-  app.add_option("-o,--output", options.html,
-                 "HTML page; - for standard output (default when no output is named)");
-  app.add_option("--svg", options.svg, "pictures: one file ending in .svg, or a folder for all");
-  app.add_option("--tsv", options.tsv, "contributions, one a row");
-  app.add_option("--json", options.json, "everything as JSON");
-  app.add_option("--chimerax", options.chimerax, "ChimeraX commands that colour the prolines");
-  app.add_option("--pymol", options.pymol, "PyMOL commands that colour the prolines");
-  app.add_option("--bfactor", options.bFactor,
-                 "the PDB file of --structure with 100 P_CIS_NORM as B factors");
-  app.add_option("--structure", options.structure, "PDB file for --bfactor");
-  app.add_option("--structure-map", options.structureMap,
-                 "residue numbers of the structure, as a map (default: those of --map)");
-  app.add_option("--chain", options.viewer.chain, "chain of the structure (default: any)");
-  app.add_option("--model", options.viewer.model, "model, as the viewer names it (default: any)");
-}
-
-void refuse(const std::string& what) {
+[[noreturn]] void refuse(const std::string& what) {
   throw ToolError(ToolStatus::usage, what + "; see --help");
 }
 
-/// A standard stream can carry one thing only.
-void checkStreams(Options& options) {
-  const std::string* const outputs[] = {&options.html,   &options.svg,      &options.tsv,
-                                        &options.json,   &options.chimerax, &options.pymol,
-                                        &options.bFactor};
-  const std::string* const inputs[] = {&options.paths.summary, &options.paths.shifts,
-                                       &options.paths.map, &options.structure,
-                                       &options.structureMap};
-  const auto isStream = [](const std::string* name) { return *name == "-"; };
-  if (std::all_of(std::begin(outputs), std::end(outputs),
-                  [](const std::string* name) { return name->empty(); })) {
-    options.html = "-";
-  }
-  if (std::count_if(std::begin(outputs), std::end(outputs), isStream) > 1) {
-    refuse("only one output can go to standard output");
-  }
-  if (std::count_if(std::begin(inputs), std::end(inputs), isStream) > 1) {
-    refuse("only one file can come from standard input");
-  }
-  if (options.paths.summary == "-" && options.paths.shifts.empty()) {
-    refuse("--shifts is needed when the summary comes from standard input");
-  }
-  if (options.bFactor.empty() != options.structure.empty()) {
-    refuse("--bfactor and --structure go together");
-  }
-  checkViewerSettings(options.viewer);
-}
-
+/// Every warning once.
 void warn(const std::vector<std::string>& warnings, std::set<std::string>& said) {
   for (const std::string& warning : warnings) {
     if (said.insert(warning).second) {
@@ -93,9 +40,90 @@ void warn(const std::vector<std::string>& warnings, std::set<std::string>& said)
   }
 }
 
+bool hasDataBlock(std::string_view text) {
+  for (std::string_view line; takeLine(text, line);) {
+    if (line.substr(0, 5) == "data_") {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Whether a text holds shifts to predict from; everything else is taken for a summary.
+bool isShifts(const NamedText& input) {
+  if (isGzip(input.text) || !isProgramTable(input.text)) {
+    return isGzip(input.text) || hasDataBlock(input.text);
+  }
+  const TableFile table(input);
+  return table.hasColumn("ATOMNAME") && !table.hasColumn("CS_OBS");
+}
+
+std::string fileName(const NamedText& file) {
+  return std::filesystem::path(file.name).filename().string();
+}
+
+/// Predicts from shifts, and compares with the structure when there is one.
+Material analyseShifts(const analyse::Analyser& analyser, const NamedText& shifts,
+                       const ReportOptions& options, std::set<std::string>& said) {
+  if (options.forSummary) {
+    refuse("--shifts and --map are for a summary, and this holds shifts");
+  }
+  NamedText structure;
+  std::optional<analyse::File> reference;
+  if (!options.structure.empty()) {
+    structure = readText(options.structure);
+    structure.name = fileName(structure);
+    reference = {structure.name, structure.text};
+  }
+  analyse::Result result =
+      analyser.analyse({fileName(shifts), shifts.text}, reference, options.analysis);
+  warn(result.warnings(), said);
+  Material material;
+  material.report = std::move(result.report);
+  material.structure = {result.structureName, std::move(result.structure)};
+  material.viewer = material.structured = options.viewer;
+  for (const auto& [residue, name] : material.report.inputs.sequence) {
+    material.structured.numbers[residue] = std::to_string(residue); // it was renumbered
+  }
+  return material;
+}
+
+std::string shiftsOf(const ReportOptions& options) {
+  return options.shifts.empty() ? shiftTableName(options.input) : options.shifts;
+}
+
+/// Takes what citrans wrote.
+Material readResults(const analyse::Analyser& analyser, NamedText summary,
+                     const ReportOptions& options, std::set<std::string>& said) {
+  if (options.forShifts) {
+    refuse("--entity, --list, --copy, --iso and --no-rereference are for shifts, and this is a "
+           "summary");
+  }
+  Sources sources;
+  sources.summary = std::move(summary);
+  sources.shifts = readText(shiftsOf(options));
+  if (!options.map.empty()) {
+    sources.map = readText(options.map);
+  }
+  sources.clip = options.analysis.clip;
+  Material material;
+  material.report = analyser.report(sources);
+  warn(material.report.warnings, said);
+  material.viewer = options.viewer;
+  if (!options.structureMap.empty()) {
+    material.viewer.numbers = readAuthorMap(readText(options.structureMap));
+  }
+  material.structured = material.viewer;
+  if (!options.structure.empty()) {
+    material.structure = readText(options.structure);
+  }
+  return material;
+}
+
 /// All that was asked for, made before the first file is written.
-std::vector<Output> makeOutputs(const Report& report, const Options& options,
+std::vector<Output> makeOutputs(const Material& material, const ReportOptions& options,
                                 std::set<std::string>& said) {
+  const Report& report = material.report;
   std::vector<Output> outputs;
   const auto add = [&](const std::string& name, std::string (*text)(const Report&)) {
     if (!name.empty()) {
@@ -110,13 +138,13 @@ std::vector<Output> makeOutputs(const Report& report, const Options& options,
   add(options.tsv, tsvText);
   add(options.json, jsonText);
   if (!options.chimerax.empty()) {
-    addViewer(options.chimerax, chimeraxText(report, options.viewer));
+    addViewer(options.chimerax, chimeraxText(report, material.viewer));
   }
   if (!options.pymol.empty()) {
-    addViewer(options.pymol, pymolText(report, options.viewer));
+    addViewer(options.pymol, pymolText(report, material.viewer));
   }
   if (!options.bFactor.empty()) {
-    addViewer(options.bFactor, bFactorText(report, options.viewer, readText(options.structure)));
+    addViewer(options.bFactor, bFactorText(report, material.structured, material.structure));
   }
   if (!options.svg.empty()) {
     for (Output& picture : pictureFiles(report, options.svg)) {
@@ -127,14 +155,12 @@ std::vector<Output> makeOutputs(const Report& report, const Options& options,
 }
 
 /// Refuses outputs that are inputs or each other, while nothing is written.
-void checkFiles(const Options& options, const std::vector<Output>& outputs) {
-  const InputPaths& paths = options.paths;
-  std::vector<std::string> inputs = {
-      paths.summary, paths.shifts.empty() ? shiftTableName(paths.summary) : paths.shifts, paths.map,
-      options.structure, options.structureMap};
-  const std::string folder = tableFolder(paths.database);
-  for (const char* table : {"/sslimit.tab", "/Pro.cs.tab", "/Pro.seq.tab", "/calls.tab"}) {
-    inputs.push_back(folder + table);
+void checkFiles(const ReportOptions& options, const std::string& tables,
+                const std::vector<Output>& outputs) {
+  std::vector<std::string> inputs = {options.input, shiftsOf(options), options.map,
+                                     options.structure, options.structureMap};
+  for (const auto& [name, text] : analyse::builtInTables()) {
+    inputs.push_back(tables + "/" + name);
   }
   std::vector<std::string> names;
   names.reserve(outputs.size());
@@ -145,24 +171,22 @@ void checkFiles(const Options& options, const std::vector<Output>& outputs) {
 }
 
 int runReport(int argc, char** argv) {
-  CLI::App app("Shows what the calls of citrans rest on: a page with pictures, and its parts.",
-               program);
-  Options options;
-  declareOptions(app, options);
-  if (!parseOptions(app, argc, argv)) {
+  ReportOptions options;
+  if (!parseReportOptions(argc, argv, options)) {
     return static_cast<int>(ToolStatus::done);
   }
-  checkStreams(options);
-  Sources sources = readSources(options.paths);
-  sources.clip = !options.noclip;
-  const Report report = makeReport(sources, readDatabase(tableFolder(options.paths.database)));
-  std::set<std::string> said;
-  warn(report.warnings, said);
-  if (!options.structureMap.empty()) {
-    options.viewer.numbers = readAuthorMap(readText(options.structureMap));
+  const std::string tables = tableFolder(options.tables);
+  NamedText input = readText(options.input);
+  const bool shifts = isShifts(input);
+  if (!shifts && options.input == "-" && options.shifts.empty()) {
+    refuse("--shifts is needed when the summary comes from standard input");
   }
-  const std::vector<Output> outputs = makeOutputs(report, options, said);
-  checkFiles(options, outputs);
+  const analyse::Analyser analyser(analyse::tablesIn(tables));
+  std::set<std::string> said;
+  const Material material = shifts ? analyseShifts(analyser, input, options, said)
+                                   : readResults(analyser, std::move(input), options, said);
+  const std::vector<Output> outputs = makeOutputs(material, options, said);
+  checkFiles(options, tables, outputs);
   if (!options.svg.empty() && !isPictureFile(options.svg)) {
     makeFolder(options.svg);
   }

@@ -1,5 +1,6 @@
 #include "tools/report/table_file.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 
@@ -56,13 +57,15 @@ void TableFile::findRows(std::string_view text) {
   }
 }
 
+bool TableFile::hasColumn(const std::string& column) const {
+  const std::vector<std::string>& names = table_.columnNames();
+  return std::find(names.begin(), names.end(), column) != names.end();
+}
+
 void TableFile::requireColumn(const std::string& column) const {
-  for (const std::string& name : table_.columnNames()) {
-    if (name == column) {
-      return;
-    }
+  if (!hasColumn(column)) {
+    throw ToolError(ToolStatus::badData, name_ + ": no column " + column);
   }
-  throw ToolError(ToolStatus::badData, name_ + ": no column " + column);
 }
 
 void TableFile::refuse(std::size_t row, const std::string& column, const char* wanted) const {

@@ -19,6 +19,7 @@ class TableFile {
   /// Lines after the FORMAT line that are neither rows nor empty nor a keyword's, so not read.
   const std::vector<std::size_t>& skippedLines() const { return skippedLines_; }
 
+  bool hasColumn(const std::string& column) const;
   /// Throws ToolError(badData) unless the table has the column.
   void requireColumn(const std::string& column) const;
 

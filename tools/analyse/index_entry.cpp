@@ -1,0 +1,54 @@
+#include <set>
+
+#include "tools/analyse/analyse.h"
+
+namespace analyse {
+namespace {
+
+std::string joinedWarnings(const Report& report) {
+  std::string joined;
+  for (const std::string& warning : report.inputs.about.warnings) {
+    joined += (joined.empty() ? "" : "; ") + warning;
+  }
+  return joined;
+}
+
+/// What was taken off CA and CB, else what the report says should be, ppm.
+std::optional<double> carbonOffset(const Result& result) {
+  constexpr auto carbon = static_cast<std::size_t>(referencing::Nucleus::carbon);
+  if (result.referencing && (*result.referencing)[carbon].applies) {
+    return (*result.referencing)[carbon].offset;
+  }
+  for (const ReportedOffset& offset : result.report.check.offsets) {
+    if (offset.atoms.front() == std::string_view("CA")) {
+      return offset.offset;
+    }
+  }
+  return std::nullopt;
+}
+
+} // namespace
+
+IndexEntry indexEntry(const Result& result) {
+  std::set<int> changed; // by the correction that was made
+  for (const Proline& proline : result.prolines) {
+    if (proline.call != proline.givenCall) {
+      changed.insert(proline.used.residue);
+    }
+  }
+  IndexEntry entry;
+  entry.name = result.name;
+  entry.protein = result.report.inputs.proteinName();
+  entry.remark = joinedWarnings(result.report);
+  entry.hasReport = true;
+  entry.offset = carbonOffset(result);
+  for (const ProlineReport& proline : result.report.prolines) {
+    entry.hasReference = entry.hasReference || proline.row.hasOmega;
+    entry.prolines.push_back({result.report.inputs.number(proline.residue),
+                              callName(proline.verdict.call), proline.disagrees,
+                              proline.callChanges() || changed.count(proline.residue) != 0});
+  }
+  return entry;
+}
+
+} // namespace analyse
