@@ -259,8 +259,39 @@ class Report(unittest.TestCase):
         self.assertTrue(page.startswith("<!DOCTYPE html>"))  # nothing of the shift check before it
         self.assertEqual(page, self.report("-o", "-", "--shifts", "outAdjCS.tab", summary="-",
                                            stdin=self.read("out.tab")).stdout)
-        self.report(status=1, summary="-", stdin="")
+        self.report(status=1, summary="-", stdin=self.read("out.tab"))
         self.assertEqual([name for name in os.listdir(self.folder) if ".part" in name], [])
+
+    def test_shifts_give_what_the_programs_give_one_after_the_other(self):
+        table, structure = (os.path.join(ROOT, "examples", name) for name in ("ybbr.tab", "ybbr_2kpu.pdb"))
+        shutil.copy(structure, self.folder)
+        importer = [os.path.join(os.path.dirname(REPORT), "citrans-import"), "--tab", TAB]
+        for program, *options in ([table, "--rereference", "-o", "ybbr.tab"],
+                                  ["ybbr.tab", "--structure", "ybbr_2kpu.pdb", "-o", "ybbr_2kpu.ref.pdb"]):
+            subprocess.run([*importer, program, *options], check=True, cwd=self.folder,
+                           capture_output=True)
+        subprocess.run([CITRANS, "-tabDir", TAB, "-in", "ybbr.tab", "-ref", "ybbr_2kpu.ref.pdb", "-sum",
+                        "ybbr.pred.tab"], check=True, cwd=self.folder, capture_output=True)
+        outputs = ["-o", "-", "--bfactor", "b.pdb", "--structure"]
+        by_hand = self.report(*outputs, "ybbr_2kpu.ref.pdb", summary="ybbr.pred.tab").stdout
+        structure_by_hand = self.read("b.pdb")
+        self.assertEqual(self.report(*outputs, structure, summary=table).stdout, by_hand)
+        self.assertEqual(self.read("b.pdb"), structure_by_hand)
+
+    def test_what_is_for_shifts_or_for_a_summary_is_refused_for_the_other(self):
+        self.predict()
+        table, structure = (os.path.join(ROOT, "examples", name) for name in ("ybbr.tab", "ybbr_2kpu.pdb"))
+        for summary, options, status, message in [
+            (None, ["--iso"], 1, "are for shifts"),
+            (table, ["--map", "map.tsv"], 1, "are for a summary"),
+            (table, ["--structure", table], 65, "ybbr.tab: "),
+            (structure, [], 65, "no table (no VARS and FORMAT lines), NMR-STAR or NEF file"),
+            (table, ["--no-rereference"], 0, ""),
+        ]:
+            with self.subTest(options):
+                run = self.report("--tsv", "out.tsv", *options, summary=summary, status=status)
+                self.assertIn(message, run.stderr)
+                self.assertEqual(os.path.exists(self.path("out.tsv")), status == 0)
 
     def test_json_and_colours_carry_author_numbers(self):
         self.predict()

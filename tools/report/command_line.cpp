@@ -51,7 +51,7 @@ void declareOfShifts(CLI::Option_group& group, ReportOptions& options) {
   group.add_option("--list", settings.choice.list, "shift list to take, by ID or name");
   group.add_option("--copy", settings.choice.copy, "copy of the molecule to take");
   group.add_flag("--iso", settings.isotope, "correct for deuteration, as citrans -iso");
-  group.add_flag("!--no-rereference", settings.rereference, "leave the referencing as it is");
+  group.add_flag("--no-rereference", options.noRereference, "leave the referencing as it is");
 }
 
 void refuse(const std::string& what) {
@@ -80,20 +80,19 @@ bool parseReportOptions(int argc, char** argv, ReportOptions& options) {
   CLI::App app("Shows what the calls of citrans rest on: a page with pictures, and its parts.",
                program);
   app.set_version_flag("--version", versionLine(program));
-  options.analysis.rereference = true;
   declareInputs(app, options);
   declareOutputs(app, options);
   CLI::Option_group& ofSummary = *app.add_option_group("With a summary");
   CLI::Option_group& ofShifts = *app.add_option_group("With shifts");
   declareOfSummary(ofSummary, options);
   declareOfShifts(ofShifts, options);
-  bool noClip = false;
-  app.add_flag("--noclip", noClip,
+  app.add_flag("--noclip", options.noclip,
                "leave extreme shifts, as citrans -noclip; with a summary: the run did");
   if (!parseOptions(app, argc, argv)) {
     return false;
   }
-  options.analysis.clip = !noClip;
+  options.analysis.clip = !options.noclip;
+  options.analysis.rereference = !options.noRereference;
   options.analysis.structure = {options.viewer.chain, options.viewer.model};
   options.forSummary = ofSummary.count_all() > 0;
   options.forShifts = ofShifts.count_all() > 0;

@@ -14,6 +14,7 @@ struct ReportOptions {
   std::string html, svg, tsv, json, chimerax, pymol, bFactor;
   std::string structure, structureMap;
   ViewerSettings viewer;
+  bool noclip = false, noRereference = false;
   analyse::Settings analysis; ///< of shifts that are analysed here
 
   /// Whether any option was given that is for a summary, or for shifts.

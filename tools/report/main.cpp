@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <set>
@@ -40,26 +41,35 @@ void warn(const std::vector<std::string>& warnings, std::set<std::string>& said)
   }
 }
 
-bool hasDataBlock(std::string_view text) {
+/// Whether any line begins as one of a STAR file; depositions without a header are about.
+bool isStar(std::string_view text) {
   for (std::string_view line; takeLine(text, line);) {
-    if (line.substr(0, 5) == "data_") {
-      return true;
+    const std::string_view word = line.substr(std::min(line.find_first_not_of(" \t"), line.size()));
+    for (const char* const keyword : {"data_", "loop_", "save_"}) {
+      if (word.substr(0, 5) == keyword) {
+        return true;
+      }
     }
   }
   return false;
 }
 
-/// Whether a text holds shifts to predict from; everything else is taken for a summary.
+/// Whether a text holds shifts to predict from; any other table is taken for a summary.
 bool isShifts(const NamedText& input) {
-  if (isGzip(input.text) || !isProgramTable(input.text)) {
-    return isGzip(input.text) || hasDataBlock(input.text);
+  if (isGzip(input.text) || isStar(input.text)) {
+    return true;
+  }
+  if (!isProgramTable(input.text)) {
+    throw ToolError(ToolStatus::badData,
+                    input.name + ": no table (no VARS and FORMAT lines), NMR-STAR or NEF file");
   }
   const TableFile table(input);
   return table.hasColumn("ATOMNAME") && !table.hasColumn("CS_OBS");
 }
 
-std::string fileName(const NamedText& file) {
-  return std::filesystem::path(file.name).filename().string();
+/// What a file is called in titles.
+std::string fileName(const NamedText& file, const std::string& path) {
+  return path == "-" ? "input" : std::filesystem::path(file.name).filename().string();
 }
 
 /// Predicts from shifts, and compares with the structure when there is one.
@@ -72,11 +82,11 @@ Material analyseShifts(const analyse::Analyser& analyser, const NamedText& shift
   std::optional<analyse::File> reference;
   if (!options.structure.empty()) {
     structure = readText(options.structure);
-    structure.name = fileName(structure);
+    structure.name = fileName(structure, options.structure);
     reference = {structure.name, structure.text};
   }
   analyse::Result result =
-      analyser.analyse({fileName(shifts), shifts.text}, reference, options.analysis);
+      analyser.analyse({fileName(shifts, options.input), shifts.text}, reference, options.analysis);
   warn(result.warnings(), said);
   Material material;
   material.report = std::move(result.report);
