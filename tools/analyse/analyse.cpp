@@ -92,7 +92,7 @@ void Analyser::correctReferencing(const Settings& settings, Result& result) cons
   uncorrected.isotope = uncorrected.offset = false;
   CITRANS prepared = run(result.table, uncorrected);
   prepared.getResInfo();
-  result.referencing = referencing::estimate(model_, referencing::residuesOf(prepared));
+  result.referencing = referencing::estimate(database_.model, referencing::residuesOf(prepared));
   const std::vector<std::string> notes = referencing::describe(*result.referencing);
   result.table = referencing::correctText(result.table,
                                           referencing::offsetsToApply(*result.referencing), notes);

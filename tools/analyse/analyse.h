@@ -84,7 +84,6 @@ class Analyser {
   void predict(const Settings& settings, Result& result) const;
 
   Database database_;
-  referencing::Model model_;
 };
 
 /// The same with the tables that are compiled in.

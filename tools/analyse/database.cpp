@@ -44,6 +44,7 @@ GDB tableOf(const TableTexts& tables, const std::string& name) {
 Database databaseOf(const TableTexts& tables) {
   try {
     return {loadedRun(tables), calls::Rules(tableOf(tables, "calls.tab")),
+            referencing::readModel(tableOf(tables, "reref.tab")),
             statisticsMadeBy(tableOf(tables, "Pro.cs.tab"))};
   } catch (const RunEnd& refusal) {
     throw ToolError(ToolStatus::badData, GDB::simplifyWhiteSpace(refusal.message()));
@@ -52,8 +53,7 @@ Database databaseOf(const TableTexts& tables) {
 
 } // namespace
 
-Analyser::Analyser(const TableTexts& tables)
-    : database_(databaseOf(tables)), model_(referencing::readModel(tableOf(tables, "reref.tab"))) {}
+Analyser::Analyser(const TableTexts& tables) : database_(databaseOf(tables)) {}
 
 TableTexts builtInTables() {
   using namespace embedded;

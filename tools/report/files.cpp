@@ -36,8 +36,8 @@ Database readDatabase(const std::string& folder) {
   run.limitsName = folder + "/sslimit.tab";
   run.proCSName = folder + "/Pro.cs.tab";
   run.proSeqName = folder + "/Pro.seq.tab";
-  for (const std::string& table :
-       {run.limitsName, run.proCSName, run.proSeqName, folder + "/calls.tab"}) {
+  for (const std::string& table : {run.limitsName, run.proCSName, run.proSeqName,
+                                   folder + "/calls.tab", folder + "/reref.tab"}) {
     if (access(table.c_str(), R_OK) != 0) {
       throw ToolError(ToolStatus::inputMissing, table + ": cannot read (see --tab)");
     }
@@ -46,7 +46,8 @@ Database readDatabase(const std::string& folder) {
   run.getProCSValue(run.proCSName);
   run.getProSeqOccurence(run.proSeqName);
   const GDB statistics(run.proCSName);
-  return {std::move(run), calls::Rules::load(folder), statisticsMadeBy(statistics)};
+  return {std::move(run), calls::Rules::load(folder), referencing::loadModel(folder),
+          statisticsMadeBy(statistics)};
 }
 
 Sources readSources(const InputPaths& paths) {

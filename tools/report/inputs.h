@@ -8,6 +8,7 @@
 
 #include "app/citrans.h"
 #include "tools/calls/calls.h"
+#include "tools/referencing/model.h"
 
 /// A text that came from a file, and the file's name for messages.
 struct NamedText {
@@ -25,9 +26,10 @@ struct Sources {
 
 /// The tables that a report needs, read once for any number of reports.
 struct Database {
-  CITRANS run;        ///< holds limits and statistics; copied for each report
-  calls::Rules rules; ///< for the three words
-  std::string madeBy; ///< what made the statistics, as their remarks say; may be empty
+  CITRANS run;              ///< holds limits and statistics; copied for each report
+  calls::Rules rules;       ///< for the three words
+  referencing::Model model; ///< for the estimate of the referencing
+  std::string madeBy;       ///< what made the statistics, as their remarks say; may be empty
 };
 
 /// What made the statistics of a database, as the remarks of their table say; may be empty.

@@ -133,7 +133,8 @@ void checkFiles(const Options& options, const std::vector<Output>& outputs) {
       paths.summary, paths.shifts.empty() ? shiftTableName(paths.summary) : paths.shifts, paths.map,
       options.structure, options.structureMap};
   const std::string folder = tableFolder(paths.database);
-  for (const char* table : {"/sslimit.tab", "/Pro.cs.tab", "/Pro.seq.tab", "/calls.tab"}) {
+  for (const char* table :
+       {"/sslimit.tab", "/Pro.cs.tab", "/Pro.seq.tab", "/calls.tab", "/reref.tab"}) {
     inputs.push_back(folder + table);
   }
   std::vector<std::string> names;
