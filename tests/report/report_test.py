@@ -1,6 +1,6 @@
 """citrans-report as a user runs it.
 
-usage: report_test.py CITRANS_REPORT CITRANS SOURCE_ROOT
+usage: report_test.py CITRANS_REPORT CITRANS SOURCE_ROOT [CITRANS_IMPORT]
 """
 import collections
 import html.parser
@@ -16,6 +16,7 @@ import xml.etree.ElementTree
 import zlib
 
 REPORT, CITRANS, ROOT = (os.path.abspath(path) for path in sys.argv[1:4])
+IMPORT = os.path.abspath(sys.argv[4]) if len(sys.argv) > 4 else None
 TAB = os.path.join(ROOT, "tab")
 ATOMS = ["N", "HA", "C", "CA", "CB", "HN"]
 HOSTILE = "<script>alert('1')</script>&\"x"
@@ -313,8 +314,8 @@ class Report(unittest.TestCase):
                       self.report("--map", "map.tsv", "--tsv", "c.tsv").stderr)
         self.assertIn("resi \\-41+\\-29+\\-19+\\-8+10+21+23\n", self.read("c.pml"))
 
-    def shifted(self, name, offset, without=()):
-        """The example with an error in the referencing of all its carbons."""
+    def shifted(self, name, offset, without=(), more={}):
+        """The example with an error in the referencing of all its carbons, and more of some."""
         lines = []
         with open(os.path.join(ROOT, "examples/ybbr.tab")) as file:
             for line in file:
@@ -322,8 +323,9 @@ class Report(unittest.TestCase):
                 if len(words) == 4 and words[0].isdigit():
                     if words[2] in without:
                         continue
-                    if words[2][0] == "C":
-                        line = "%4s %1s %4s  %8.3f\n" % (*words[:3], float(words[3]) + offset)
+                    off = more.get(words[2][:2], 0) + (offset if words[2][0] == "C" else 0)
+                    if off:
+                        line = "%4s %1s %4s  %8.3f\n" % (*words[:3], float(words[3]) + off)
                 lines.append(line)
         return self.write(name, "".join(lines))
 
@@ -354,6 +356,30 @@ class Report(unittest.TestCase):
                 self.assertGreater(len(explained), len(report["outliers"]) / 2)
                 self.assertTrue(all(row["atom"][0] == "C" for row in explained))
 
+    @unittest.skipUnless(IMPORT, "no citrans-import here")
+    def test_corrected_calls_are_those_of_the_table_that_the_importer_corrects(self):
+        """Errors of all carbons, of C' and HA alone, with and without CG; also after -offset."""
+        seen = 0
+        for carbons, others, without in ((2.7, {}, ()), (-1.1, {}, ("CG",)),
+                                         (0.6, {"HA": 0.4, "C": -2.0}, ()), (0, {"C": 2.2}, ())):
+            with self.subTest(carbons=carbons, others=others):
+                shifts = self.shifted("off.tab", carbons, without, others)
+                subprocess.run([IMPORT, "--rereference", shifts, "-o", self.path("right.tab"),
+                                "--tab", TAB], check=True, capture_output=True)
+                self.predict(shifts=self.path("right.tab"))
+                right = self.json()
+                self.assertEqual(right["offsets"], [])
+                self.assertTrue(any("taken off" in line for line in right["corrections"]))
+                self.assertIn("No offset worth correcting is left", self.report().stdout)
+                for options in ([], ["-offset"]):
+                    self.predict(*options, shifts=shifts)
+                    for mine, wanted in zip(self.json()["prolines"], right["prolines"]):
+                        self.assertEqual(mine["corrected"]["call"], wanted["call"])
+                        self.assertAlmostEqual(mine["corrected"]["p_cis_norm"],
+                                               wanted["p_cis_norm"], delta=0.005)
+                        seen += 1
+        self.assertEqual(seen, 64)
+
     def test_cb_less_cg_does_not_depend_on_the_referencing_or_its_correction(self):
         # Deposited shifts: Pro82 34.2 and 24.6, the others 4.1 to 5.9 apart.
         seen = []
@@ -373,7 +399,7 @@ class Report(unittest.TestCase):
     def test_nothing_is_said_of_referencing_that_cannot_be_checked(self):
         self.predict(shifts=self.shifted("few.tab", 0, ("CA", "CB")))
         page = self.report().stdout
-        self.assertNotIn("No referencing offset", page)
+        self.assertNotIn("worth correcting.", page)
         self.assertIn("too few shifts to check CA and CB, HA and C′", page)
 
     def test_a_reference_is_told_apart_from_one_of_other_numbering(self):

@@ -181,11 +181,9 @@ TEST_F(OneProline, OffsetsComeOffOnceOffCgToo) {
   setRow(3, "HA", "9999");
   setRow(3, "N", "1.500");
   run.cgShifts = {{3, 27.0F}, {4, shift::missing}};
-  ReferencingCheck check;
-  check.offsets = {{"CA and CB", {"CA", "CB"}, 0.25, 0.01, 40}, {"HA", {"HA"}, 0.5, 0.01, 40}};
-  takeOffOnce(run, check);
-  EXPECT_EQ(run.shiftTable.cell(0, "SHIFT"), "0.75");
-  EXPECT_EQ(run.shiftTable.cell(1, "SHIFT"), "1.75");
+  takeOffOnce(run, {0.25, 0.5, 0});
+  EXPECT_EQ(run.shiftTable.cell(0, "SHIFT"), "0.750");
+  EXPECT_EQ(run.shiftTable.cell(1, "SHIFT"), "1.750");
   EXPECT_EQ(run.shiftTable.cell(2, "SHIFT"), "9999");
   EXPECT_EQ(run.shiftTable.cell(3, "SHIFT"), "1.500");
   EXPECT_FLOAT_EQ(run.cgShifts[3], 26.75F);
@@ -212,60 +210,124 @@ TEST_F(OneProline, CarbonsAreThoseObservedWhateverWasTakenOff) {
   EXPECT_FALSE(carbonsOf(inputs, row).difference().has_value());
 }
 
-/// Cis from 10 to 1 for cis, trans from 2 to 1 for trans, without CB and CG.
+/// Cis from 10 to 1 for cis, trans from 2 to 1 for trans. With CB alone trans takes little, but
+/// three shifts; without both, nothing is cis.
 calls::Rules someRules() {
   GDB table;
   std::string text =
       "VARS ASSIGNED CIS_FROM TRANS_TO TRANS_SHIFTS CIS_CALLS CIS_RIGHT TRANS_CALLS TRANS_RIGHT "
       "UNDECIDED\nFORMAT %s %f %f %d %d %f %d %f %d\n";
-  for (const char* assigned : {"both", "CB", "CG", "neither"}) {
-    text += std::string(assigned) + " 1.0 -0.30103 0 20 0.950 200 0.990 9\n";
+  for (const char* limits :
+       {"both 1.0 -0.30103 0", "CB 1.0 0.30103 3", "CG 1.0 0.9 0", "neither 9999.0 -0.30103 0"}) {
+    text += std::string(limits) + " 20 0.950 200 0.990 9\n";
   }
   table.loadText(text);
   return calls::Rules(table);
 }
 
-TEST_F(OneProline, WordsFollowTheNumbers) {
+/// Evidence of this size, from shifts of the proline.
+Evidence evidenceOf(double logRatio, const std::vector<const char*>& atoms) {
+  Evidence evidence;
+  evidence.logRatio = logRatio;
+  for (const char* atom : atoms) {
+    Term term;
+    term.place = 2;
+    term.residue = 3;
+    term.atom = atom;
+    term.kind = term.atom == "CG" ? Term::Kind::cg : Term::Kind::shift;
+    term.present = true;
+    evidence.terms.push_back(term);
+  }
+  return evidence;
+}
+
+TEST_F(OneProline, WordsFollowTheNumbersAndTheCall) {
   const struct {
     double pCisNorm;
     double logRatio;
+    std::vector<const char*> atoms;
     const char* headline;
     const char* holds;
   } rows[] = {
-      {0.999, 9.8, "cis", "strong"},
-      {0.62, 3.4, "probably cis", "clear"},
-      {0.5, 2.2, "undecided", "cis takes 10 to 1, trans 2.0 to 1"},
-      {0.05, 0.0, "undecided", "hardly any evidence"},
-      {0.026, -0.75, "trans", "hardly any evidence"},
-      {0.001, -4.0, "trans", "favour trans by 55 to 1"},
-      {std::nan(""), 7.0, "no call", "underflowed"},
-      {std::nan(""), std::nan(""), "no call", "no statistics"},
+      {0.999, 9.8, {"CB", "CG"}, "cis", "strong"},
+      {0.62, 3.4, {"CB", "CG"}, "probably cis", "clear"},
+      {0.5,
+       2.2,
+       {"CB", "CG"},
+       "undecided",
+       "With CB and CG assigned, calling cis takes at least 10 to 1 for cis; calling trans takes "
+       "at least 2.0 to 1 for trans."},
+      {0.05, 0.0, {"CB", "CG"}, "undecided", "hardly any evidence"},
+      {0.026, -0.75, {"CB", "CG"}, "trans", "hardly any evidence"},
+      {0.001, -4.0, {"CB", "CG"}, "trans", "favour trans by 55 to 1"},
+      {0.3, 2.0, {"CG"}, "probably trans", "leans to cis, 7.4 to 1, which is less than"},
+      {0.5, 2.2, {"CB", "CA", "HA"}, "undecided", "at most 2.0 to 1 for cis and 3 shifts."},
+      {0.001,
+       -4.0,
+       {"CB", "CA"},
+       "undecided",
+       "There are too few shifts for a call: 2 shifts and the neighbours favour trans by 55 to 1. "
+       "With CB but no CG assigned, calling trans takes 3 shifts besides CG; there are 2."},
+      {0.001, -4.0, {"CB", "CA", "HA"}, "trans", "favour trans by 55 to 1"},
+      {0.9,
+       6.0,
+       {"CA"},
+       "undecided",
+       "Without CB and CG, no evidence is enough for cis; calling trans takes at least 2.0 to 1 "
+       "for trans."},
+      {std::nan(""), 7.0, {}, "no call", "underflowed"},
+      {std::nan(""), std::nan(""), {}, "no call", "no statistics"},
   };
   for (const auto& row : rows) {
-    Evidence evidence;
-    evidence.logRatio = row.logRatio;
     SummaryRow summary;
     summary.pCisNorm = row.pCisNorm;
-    const Verdict verdict = judge(evidence, summary, inputs, someRules());
-    EXPECT_EQ(verdict.headline, row.headline);
+    const Verdict verdict =
+        judge(evidenceOf(row.logRatio, row.atoms), summary, inputs, someRules());
+    EXPECT_EQ(verdict.headline, row.headline) << row.logRatio;
     EXPECT_NE(verdict.evidence.find(row.holds), std::string::npos) << verdict.evidence;
   }
 }
 
-TEST_F(OneProline, NothingIsAgainstACallThatNothingSpeaksFor) {
-  Evidence evidence;
-  evidence.logRatio = -1.2;
-  Term term;
-  term.place = 2;
-  term.residue = 3;
-  term.atom = "C";
-  term.present = true;
-  term.logRatio = 1.5;
-  evidence.terms = {term};
+TEST_F(OneProline, NothingIsAgainstEvidenceThatNothingSpeaksFor) {
+  Evidence evidence = evidenceOf(-1.2, {"C"});
+  evidence.terms[0].logRatio = 1.5;
   SummaryRow summary;
   summary.pCisNorm = 0.02;
   EXPECT_EQ(judge(evidence, summary, inputs, someRules()).basis.substr(0, 45),
             "Single shifts speak for cis: C′ of Pro3 (+1");
+}
+
+TEST_F(OneProline, WhatTheEvidenceComesFromIsOnItsSideNotTheCalls) {
+  Evidence evidence = evidenceOf(2.0, {"CG", "HA"});
+  evidence.terms[0].logRatio = 3.5;
+  evidence.terms[1].logRatio = -1.5;
+  SummaryRow summary;
+  summary.pCisNorm = 0.28;
+  const Verdict verdict = judge(evidence, summary, inputs, someRules());
+  EXPECT_EQ(verdict.call, Verdict::Call::trans);
+  EXPECT_EQ(verdict.basis.substr(0, 72),
+            "Most of it comes from CG of Pro3 (+3.5). Against it: HA of Pro3 (−1.5)");
+}
+
+TEST(About, ATitleIsCutOnlyWhereItIsAPath) {
+  const struct {
+    const char* title;
+    const char* shown;
+    const char* name; ///< of a protein that the table says nothing of
+  } rows[] = {{"apo/holo", "apo/holo", "apo/holo"},
+              {"Raf-1/RBD 2", "Raf-1/RBD 2", "Raf-1/RBD 2"},
+              {"Raf/RBD.2", "Raf/RBD.2", "Raf/RBD.2"},
+              {"shifts/apo", "apo", "apo"}, // the file that citrans read
+              {"examples/ybbr.tab", "ybbr.tab", "ybbr.tab"},
+              {"/home/user/my data/apo", "apo", "apo"},
+              {"", "", "this protein"}};
+  for (const auto& row : rows) {
+    Inputs inputs;
+    inputs.title = row.title;
+    inputs.about = aboutFrom({"CITRANS Protein Secondary Chemical Shift Table for shifts/apo"});
+    EXPECT_EQ(inputs.shownTitle(), row.shown);
+    EXPECT_EQ(inputs.proteinName(), row.name);
+  }
 }
 
 TEST(About, TakesWhatTheImportSaid) {
@@ -283,13 +345,14 @@ TEST(About, TakesWhatTheImportSaid) {
         aboutFrom({" Chemical shifts of NEF entry x, from a.nef", row.remark,
                    "Warning: 3 values left out", " 0.100 ppm referencing offset applied for 1Ha",
                    "referencing of C: off by 2.60 +/- 0.07 ppm, 81 points: taken off",
+                   "referencing of HA: shifted by -0.100 ppm as told",
                    "referencing of HA: off by 0.01 +/- 0.02 ppm, 81 points: left as it is",
                    "CITRANS Protein Secondary Chemical Shift Table for x", "SHIFT is"});
     EXPECT_EQ(about.protein, row.protein);
     EXPECT_EQ(about.entry, "NEF entry x");
     EXPECT_EQ(about.source, "a.nef");
     EXPECT_EQ(about.warnings, std::vector<std::string>{"3 values left out"});
-    EXPECT_EQ(about.corrections.size(), 2U);
+    EXPECT_EQ(about.corrections.size(), 3U);
     EXPECT_EQ(about.remarks.size(), 3U);
   }
 }

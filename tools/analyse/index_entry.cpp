@@ -16,15 +16,9 @@ std::string joinedWarnings(const Report& report) {
 /// What was taken off CA and CB, else what the report says should be, ppm.
 std::optional<double> carbonOffset(const Result& result) {
   constexpr auto carbon = static_cast<std::size_t>(referencing::Nucleus::carbon);
-  if (result.referencing && (*result.referencing)[carbon].applies) {
-    return (*result.referencing)[carbon].offset;
-  }
-  for (const ReportedOffset& offset : result.report.check.offsets) {
-    if (offset.atoms.front() == std::string_view("CA")) {
-      return offset.offset;
-    }
-  }
-  return std::nullopt;
+  const double taken = result.referencing ? offsetsToApply(*result.referencing)[carbon] : 0;
+  const double offset = taken != 0 ? taken : result.report.check.offsets[carbon];
+  return offset != 0 ? std::optional<double>(offset) : std::nullopt;
 }
 
 } // namespace

@@ -12,7 +12,7 @@ constexpr std::string_view warning = "Warning: ";
 /// What the import found of the referencing of a nucleus.
 constexpr std::string_view referencingOf = "referencing of ";
 /// The first remark of citrans itself, after those of its input and of what it corrected.
-constexpr std::string_view ownRemarks = "CITRANS Protein Secondary Chemical Shift Table";
+constexpr std::string_view ownRemarks = "CITRANS Protein Secondary Chemical Shift Table for ";
 
 bool startsWith(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;
@@ -24,7 +24,8 @@ bool endsWith(std::string_view text, std::string_view end) {
 
 /// What citrans or the import took off the shifts.
 bool isCorrection(std::string_view remark) {
-  return (startsWith(remark, referencingOf) && endsWith(remark, ": taken off")) ||
+  const bool taken = endsWith(remark, ": taken off") || endsWith(remark, " as told");
+  return (startsWith(remark, referencingOf) && taken) ||
          remark.find("ppm referencing offset applied for") != std::string_view::npos ||
          remark.find("Isotope Shifts Correction Applied") != std::string_view::npos;
 }
@@ -77,6 +78,7 @@ About aboutFrom(const std::vector<std::string>& remarks) {
   for (const std::string& remark : remarks) {
     const std::string text = GDB::simplifyWhiteSpace(remark);
     if (startsWith(text, ownRemarks)) {
+      about.table = text.substr(ownRemarks.size());
       break;
     }
     if (isCorrection(text)) {
@@ -100,13 +102,21 @@ About aboutFrom(const std::vector<std::string>& remarks) {
   return about;
 }
 
+std::string Inputs::shownTitle() const {
+  return title == about.table || isPath(title) ? lastPart(title) : title;
+}
+
+std::string Inputs::shownReference() const {
+  return isPath(referenceTitle) ? lastPart(referenceTitle) : referenceTitle;
+}
+
 std::string Inputs::proteinName() const {
   constexpr std::size_t longest = 80;
   if (!about.protein.empty()) {
     return about.protein;
   }
-  // A title of several words was given by the user; one of a single word is the table's file.
-  if (title.find(' ') != std::string::npos) {
+  // A title that is no file was given by the user.
+  if (!title.empty() && title != about.table && !isPath(title)) {
     return title;
   }
   if (!about.entry.empty()) {
@@ -122,5 +132,5 @@ std::string Inputs::proteinName() const {
       return start;
     }
   }
-  return title.empty() ? "this protein" : lastPart(title);
+  return title.empty() ? "this protein" : shownTitle();
 }

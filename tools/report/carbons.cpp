@@ -1,5 +1,7 @@
 #include "tools/report/carbons.h"
 
+#include <algorithm>
+
 #include "table/number.h"
 
 namespace {
@@ -9,6 +11,13 @@ constexpr double smallestOffset = 0.002;
 
 } // namespace
 
+bool offsetWasSubtracted(const Inputs& inputs) {
+  const std::vector<std::string>& made = inputs.about.corrections;
+  return std::any_of(made.begin(), made.end(), [](const std::string& correction) {
+    return correction.find("referencing offset applied") != std::string::npos;
+  });
+}
+
 Carbons carbonsOf(const Inputs& inputs, const SummaryRow& row) {
   Carbons carbons;
   if (const ShiftRow* const cb = inputs.shiftOf(row.residue, "CB")) {
@@ -17,10 +26,7 @@ Carbons carbonsOf(const Inputs& inputs, const SummaryRow& row) {
   if (!(row.cg < shift::missingFrom)) {
     return carbons;
   }
-  bool subtracted = false;
-  for (const std::string& correction : inputs.about.corrections) {
-    subtracted = subtracted || correction.find("referencing offset applied") != std::string::npos;
-  }
+  const bool subtracted = offsetWasSubtracted(inputs);
   for (const char* atom : {"HA", "C", "CA", "CB"}) {
     const ShiftRow* const shift = inputs.shiftOf(row.residue, atom);
     if (subtracted && shift != nullptr) {

@@ -31,6 +31,9 @@ struct Carbons {
   }
 };
 
+/// Whether citrans took offsets off the shifts (-offset).
+bool offsetWasSubtracted(const Inputs& inputs);
+
 /// The carbons of a predicted proline. With -offset, citrans takes an offset off CG for each of the
 /// proline's shifts; the table of shifts tells them, so that they are put back here.
 Carbons carbonsOf(const Inputs& inputs, const SummaryRow& row);

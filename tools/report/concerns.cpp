@@ -5,6 +5,8 @@
 
 namespace {
 
+using referencing::Nucleus;
+
 /// A contribution that carries a call, in ln(cis/trans): odds of about 3 to 1.
 constexpr double telling = 1;
 
@@ -68,11 +70,11 @@ void addAbout(const Report& report, const char* kind, const char* text,
 }
 
 void addReferencing(const Report& report, std::vector<Concern>& found) {
-  if (report.check.offsets.empty()) {
+  const ReferencingCheck& check = report.check;
+  if (!check.found()) {
     return;
   }
   Concern concern{"referencing", "", {}};
-  const bool carbons = report.check.offsets.front().nuclei == "CA and CB";
   std::size_t compared = 0;
   for (const ProlineReport& proline : report.prolines) {
     compared += proline.corrected ? 1U : 0U;
@@ -80,12 +82,18 @@ void addReferencing(const Report& report, std::vector<Concern>& found) {
       concern.residues.push_back(proline.residue);
     }
   }
-  concern.text = "The shifts look misreferenced, " + report.check.words() +
-                 (carbons ? ". With that taken once off all of them, CG included, "
-                          : ". With that taken off, ");
-  concern.text += concern.residues.empty() ? "no call changes."
-                                           : std::to_string(concern.residues.size()) + " of " +
-                                                 counted(compared, "call") + " change:";
+  if (check.subtracted && concern.residues.empty()) {
+    return; // -offset did what was needed
+  }
+  const bool carbons = check.offsets[static_cast<std::size_t>(Nucleus::carbon)] != 0;
+  concern.text =
+      (check.subtracted ? "The shifts as they were given look misreferenced, "
+                        : "The shifts look misreferenced, ") +
+      check.words() + (check.subtracted ? ". In place of what -offset did, with" : ". With") +
+      (carbons ? " that taken once off all of them, CG included, " : " that taken off, ") +
+      (concern.residues.empty() ? "no call changes."
+                                : std::to_string(concern.residues.size()) + " of " +
+                                      counted(compared, "call") + " change:");
   found.push_back(concern);
 }
 

@@ -56,8 +56,8 @@ Json numberOrNull(double value) {
   return std::isfinite(value) ? Json(value) : Json();
 }
 
+/// A shift, a difference of shifts or an offset: three decimals, as the tables have.
 Json optionalNumber(const std::optional<double>& value) {
-  // Differences of shifts with three decimals have three too.
   return value ? numberOrNull(std::round(*value * 1000) / 1000) : Json();
 }
 
@@ -85,8 +85,8 @@ Json aboutJson(const Report& report) {
   json["protein"] = text(about.protein);
   json["entry"] = text(about.entry);
   json["source"] = text(about.source);
-  json["title"] = lastPart(inputs.title);
-  json["reference"] = text(lastPart(inputs.referenceTitle));
+  json["title"] = inputs.shownTitle();
+  json["reference"] = text(inputs.shownReference());
   json["residues"] = inputs.residueCount;
   json["shifts"] = Json::object();
   for (const auto& [atom, count] : report.nuclei()) {
@@ -178,11 +178,17 @@ Json prolineJson(const Report& report, const ProlineReport& proline) {
 Json checkJson(const Report& report) {
   Json json;
   json["offsets"] = Json::array();
-  for (const ReportedOffset& estimate : report.check.offsets) {
-    json["offsets"].push_back({{"nuclei", estimate.atoms},
-                               {"offset", estimate.offset},
-                               {"error", estimate.error},
-                               {"points", estimate.points}});
+  json["referencing"] = Json::array();
+  for (const ReportedOffset& estimate : report.check.estimates) {
+    Json each = {{"nuclei", estimate.atoms},
+                 {"offset", optionalNumber(estimate.offset)},
+                 {"error", optionalNumber(estimate.error)},
+                 {"points", estimate.points}};
+    if (estimate.applies) {
+      json["offsets"].push_back(each);
+    }
+    each["worth_correcting"] = estimate.applies;
+    json["referencing"].push_back(each);
   }
   json["referencing_unchecked"] = report.check.unchecked;
   json["outliers"] = Json::array();

@@ -70,6 +70,7 @@ struct About {
   std::string entry;                    ///< "NMR-STAR 3 entry 16570"
   std::string protein;                  ///< name of the molecule
   std::string source;                   ///< name of the deposition's file
+  std::string table;                    ///< the table's file as citrans was told it
   std::vector<std::string> remarks;     ///< of the input table, in order, the warnings left out
   std::vector<std::string> warnings;    ///< of the import
   std::vector<std::string> corrections; ///< offsets and isotope shifts that citrans applied
@@ -97,6 +98,9 @@ struct Inputs {
   std::string residueLabel(int residue) const;
   /// What to call the protein: its name, else what title or remarks say; never empty.
   std::string proteinName() const;
+  /// The titles of shifts and reference; without their folders where they are files.
+  std::string shownTitle() const;
+  std::string shownReference() const;
   const SummaryRow* summaryRow(int residue) const;
   /// The shift of an atom; null without one. An amide proton called H is not HN here.
   const ShiftRow* shiftOf(int residue, const std::string& atom) const;

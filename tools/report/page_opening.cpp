@@ -43,7 +43,7 @@ bool isRenumbered(const Inputs& inputs) {
 
 PageData about(const Report& report) {
   const Inputs& inputs = report.inputs;
-  const std::string title = lastPart(inputs.title);
+  const std::string title = inputs.shownTitle();
   PageData list = pageList();
   addAbout(list, "entry", inputs.about.entry);
   addAbout(list, "protein", inputs.about.protein);
@@ -52,7 +52,7 @@ PageData about(const Report& report) {
            counted(static_cast<std::size_t>(inputs.residueCount), "residue") +
                (isRenumbered(inputs) ? ", numbered as by the authors" : ""));
   addAbout(list, "shifts", nucleiText(report));
-  addAbout(list, "reference structure", lastPart(inputs.referenceTitle));
+  addAbout(list, "reference structure", inputs.shownReference());
   addAbout(list, "made by", versionLine("citrans-report"));
   addAbout(list, "tables", report.tables);
   return list;

@@ -11,12 +11,13 @@ constexpr std::size_t outliersShown = 10;
 
 PageData offsets(const Report& report) {
   PageData list = pageList();
-  for (const ReportedOffset& estimate : report.check.offsets) {
+  for (const ReportedOffset& estimate : report.check.estimates) {
     PageData row;
     row.set("nuclei", estimate.nuclei);
-    row.set("offset", signedDecimal(estimate.offset, 3));
-    row.set("error", decimal(estimate.error, 3));
+    row.set("offset", signedDecimal(estimate.offset, 2));
+    row.set("error", decimal(estimate.error, 2));
     row.set("points", std::to_string(estimate.points));
+    row.set("applies", estimate.applies);
     list << row;
   }
   return list;
@@ -35,16 +36,28 @@ std::string correctedCalls(const Report& report) {
   return joined(calls);
 }
 
+/// Whether the table says that its referencing was corrected, by whatever means.
+bool wasCorrected(const Report& report) {
+  const std::vector<std::string>& made = report.inputs.about.corrections;
+  return std::any_of(made.begin(), made.end(), [](const std::string& correction) {
+    return correction.find("referencing") != std::string::npos;
+  });
+}
+
 PageData referencingWords(const Report& report) {
   PageData list = pageList();
   const ReferencingCheck& check = report.check;
-  if (!check.offsets.empty()) {
+  if (check.subtracted) {
+    list << PageData("text", "This is of the shifts as they were given, before -offset.");
+  }
+  if (check.found()) {
     const std::string changed = correctedCalls(report);
-    list << PageData("text", "Taken once off all shifts of these nuclei, and that of CA and CB "
-                             "off CG: " +
+    list << PageData("text", "With what is worth correcting taken once off all shifts of its "
+                             "nuclei, that of CA and CB off CG too: " +
                                  (changed.empty() ? "no call changes." : changed + "."));
-  } else if (check.unchecked.size() < nucleiChecked) {
-    list << PageData("text", "No referencing offset larger than five times its error was found.");
+  } else if (!check.estimates.empty()) {
+    list << PageData("text", wasCorrected(report) ? "No offset worth correcting is left."
+                                                  : "No offset is worth correcting.");
   }
   if (!check.unchecked.empty()) {
     list << PageData("text", "There are too few shifts to check " + joined(check.unchecked) + ".");
@@ -105,7 +118,9 @@ std::string outlierCount(const Report& report) {
 } // namespace
 
 void fillQuality(const Report& report, PageData& page) {
-  page.set("hasOffsets", !report.check.offsets.empty());
+  page.set("hasEstimates", !report.check.estimates.empty());
+  page.set("hasOffsets", report.check.found());
+  page.set("fewestErrors", decimal(report.check.fewestErrors, 1));
   page.set("offsets", offsets(report));
   page.set("referencing", referencingWords(report));
   page.set("outlierCount", outlierCount(report));

@@ -31,10 +31,10 @@ void addProlines(CITRANS& run, const calls::Rules& rules, Report& report) {
 }
 
 void correctCalls(CITRANS& run, const calls::Rules& rules, Report& report) {
-  if (report.check.offsets.empty()) {
+  if (!report.check.found()) {
     return;
   }
-  takeOffOnce(run, report.check);
+  takeOffOnce(run, report.check.offsets);
   for (ProlineReport& proline : report.prolines) {
     if (proline.predicted && proline.verdict.call != Verdict::Call::none) {
       const Evidence evidence = gatherEvidence(run, report.inputs, proline.residue);
@@ -142,7 +142,7 @@ Report makeReport(const Sources& sources, const Database& database) {
   run.clipOn = sources.clip;
   fillRun(run, report.inputs);
   addProlines(run, database.rules, report);
-  report.check = checkReferencing(run);
+  report.check = checkReferencing(run, report.inputs, database.model);
   correctCalls(run, database.rules, report);
   warnOfMap(report);
   warnOfProlines(report);

@@ -1,6 +1,7 @@
 #include "tools/report/text.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <map>
@@ -211,10 +212,23 @@ std::string joined(const std::vector<std::string>& items) {
   return text;
 }
 
-std::string lastPart(const std::string& path) {
-  if (path.find_first_of(" \t") != std::string::npos) {
-    return path;
+bool isPath(const std::string& text) {
+  for (const char* start : {"/", "./", "../", "~/"}) {
+    if (text.rfind(start, 0) == 0) {
+      return true;
+    }
   }
+  const std::string name = lastPart(text);
+  const std::size_t point = name.rfind('.');
+  const std::string ending = point == std::string::npos ? "" : name.substr(point + 1);
+  const auto is = [](int (*kind)(int)) {
+    return [kind](char c) { return kind(static_cast<unsigned char>(c)) != 0; };
+  };
+  return std::any_of(ending.begin(), ending.end(), is(std::isalpha)) &&
+         std::all_of(ending.begin(), ending.end(), is(std::isalnum));
+}
+
+std::string lastPart(const std::string& path) {
   const std::size_t slash = path.find_last_of('/');
   return slash == std::string::npos || slash + 1 == path.size() ? path : path.substr(slash + 1);
 }

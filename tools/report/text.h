@@ -43,5 +43,8 @@ std::string counted(std::size_t count, const std::string& noun);
 /// "a", "a and b", "a, b and c".
 std::string joined(const std::vector<std::string>& items);
 
-/// A path without its folders; a text with blanks, which no path given to citrans has, as it is.
+/// Whether a title is the path of a file, by its beginning or its ending; "apo/holo" is none.
+bool isPath(const std::string& text);
+
+/// A path without its folders.
 std::string lastPart(const std::string& path);
