@@ -50,12 +50,12 @@ std::string pageName(const std::string& entryPath) {
   return harmless(fileName(entryPath)) + number;
 }
 
-void leaveOutPages(const std::string& pages, std::vector<Entry>& entries) {
+void leaveOutPages(const std::string& folder, std::vector<Entry>& entries) {
   std::error_code error;
-  const std::string folder = (fs::weakly_canonical(pages, error) / "").string();
+  const std::string pages = (fs::weakly_canonical(folder, error) / "").string();
   const auto isPage = [&](const Entry& entry) {
     const std::string path = fs::weakly_canonical(entry.path, error).string();
-    return path.compare(0, folder.size(), folder) == 0;
+    return path.compare(0, pages.size(), pages) == 0;
   };
   entries.erase(std::remove_if(entries.begin(), entries.end(), isPage), entries.end());
 }
