@@ -23,6 +23,17 @@ check() {
   fi
 }
 
+# What is released says one version everywhere.
+versions_agree() {
+  local version
+  version=$(sed -n 's/^project(citrans VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)
+  test -n "$version" && grep -qx "version: $version" CITATION.cff &&
+    grep -q "^## $version (" CHANGELOG.md && head -n 1 packaging/changelog | grep -qF "($version)" &&
+    test -z "$(grep -Lx "\.Os CITRANS $version" docs/man/*.[1-9])" &&
+    test -z "$(grep -L "Made by citrans-derive $version: " tab/*.tab)"
+}
+check "versions" versions_agree
+
 (cd build/release && cpack -B "$scratch/packages" >"$scratch/cpack.log" 2>&1) || {
   cat "$scratch/cpack.log" >&2
   exit 1
