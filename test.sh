@@ -174,8 +174,8 @@ if [[ $quick == no ]]; then
   stage package packaging/test.sh
   stage m32 test_m32
   stage notices scripts/notices.py --check
-  # A few seconds each: the seeds and a little more. Longer runs: fuzz/run.sh SECONDS.
-  JOBS="$cores" stage fuzz fuzz/run.sh 5
+  # The seeds and a little more. Longer runs: fuzz/run.sh SECONDS.
+  JOBS="$cores" stage fuzz fuzz/run.sh 3
 fi
 if [[ $analyse == yes ]]; then
   stage tidy run_tidy

@@ -35,7 +35,7 @@ struct Settings {
   bool rereference = false;  ///< take estimated offsets off the shifts, where that is worth it
   bool offset = false;       ///< the program's own correction, as -offset makes it, instead
   bool clip = true;          ///< bound extreme secondary shifts
-  bool report = true;        ///< make the report; most of the work for a table of usual size
+  bool report = true;        ///< make the report, and the texts of the program's files
 };
 
 /// What an analysis does, in this order.
