@@ -169,6 +169,12 @@ Polymer& Deposition::polymer(const std::string& polymerId) {
   return polymers.back();
 }
 
+void Deposition::add(ShiftList list) {
+  if (list.rows > 0) {
+    lists.push_back(std::move(list));
+  }
+}
+
 const Polymer* Deposition::known(std::string_view polymerId) const {
   const auto found = std::find_if(polymers.begin(), polymers.end(), [&](const Polymer& one) {
     return one.id == polymerId && (!one.residues.empty() || !one.copies.empty());
