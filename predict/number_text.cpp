@@ -1,9 +1,9 @@
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 #include "app/citrans.h"
 #include "table/number.h"
+#include "table/text_sink.h"
 
 namespace {
 
@@ -29,8 +29,7 @@ char* CITRANS::ftoa(float value, char* buf, char format, int precision) {
   const std::string digits =
       precision < 0 ? "" : "." + std::to_string(std::min(precision, largestPrecision));
   const std::string conversion = "%" + digits + "l" + (known ? format : 'f');
-  std::sprintf(buf, conversion.c_str(), static_cast<double>(value));
-  return buf;
+  return copyText(formatted(conversion.c_str(), static_cast<double>(value)), buf);
 }
 #pragma GCC diagnostic pop
 

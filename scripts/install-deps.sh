@@ -24,6 +24,7 @@ test_needs="$build_needs $tools_needs $python_needs clang libclang-rt-dev clang-
 test_needs="$test_needs file dpkg-dev lintian" # for the packages
 test_needs="$test_needs chromium librsvg2-bin parallel snakemake" # for the report and the batch examples
 test_needs="$test_needs g++-multilib googletest" # for 32-bit code
+test_needs="$test_needs locales" # for one with a decimal comma
 coverage_needs="$test_needs gcovr"
 portable_needs="$test_needs libc++-dev libc++abi-dev emscripten nodejs"
 web_needs="$test_needs emscripten nodejs npm firefox-esr"
@@ -56,6 +57,7 @@ is_there() {
     clang) command -v clang++ ;;
     libclang-rt-dev) compgen -G '/usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.asan-*.a' ;;
     g++-multilib) test -e /usr/lib/gcc/x86_64-linux-gnu/12/32/libstdc++.a ;;
+    locales) test -e /usr/share/i18n/locales/de_DE ;;
     googletest) test -e /usr/src/googletest/CMakeLists.txt ;;
     libc++-dev) compgen -G '/usr/lib/llvm-*/include/c++/v1/version' ;;
     libc++abi-dev) compgen -G '/usr/lib/llvm-*/lib/libc++abi.a' ;;

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "app/citrans.h"
+#include "structure/residue_names.h"
 #include "table/message_text.h"
 #include "table/number.h"
 
@@ -56,6 +57,11 @@ void CITRANS::reconcileResidueNames() {
       nameMismatches.push_back({residue, known.first->second, name});
     }
   }
+}
+
+std::string CITRANS::getOneAAName(const std::string& threeLetterName) const {
+  const char code = residueCode(threeLetterName);
+  return std::string(1, code == '\0' ? '?' : code);
 }
 
 void CITRANS::printNameMismatches() const {

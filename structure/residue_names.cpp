@@ -1,4 +1,4 @@
-#include <string_view>
+#include "structure/residue_names.h"
 
 #include "structure/pdb.h"
 
@@ -20,13 +20,18 @@ constexpr ResidueName residueNames[] = {
 
 } // namespace
 
-std::string PDB::getOneAAName(const std::string& threeLetterName) {
+char residueCode(std::string_view threeLetterName) {
   for (const ResidueName& name : residueNames) {
     if (threeLetterName == name.three) {
-      return std::string(1, name.one);
+      return name.one;
     }
   }
-  return "X";
+  return '\0';
+}
+
+std::string PDB::getOneAAName(const std::string& threeLetterName) {
+  const char code = residueCode(threeLetterName);
+  return std::string(1, code == '\0' ? 'X' : code);
 }
 
 std::string PDB::getThreeAAName(char oneLetterCode) {

@@ -11,6 +11,8 @@
 #include <string>
 #include <system_error>
 
+#include "table/plain_locale.h"
+
 namespace {
 
 constexpr bool isWhiteSpace(char c) {
@@ -49,7 +51,7 @@ bool parseShortDecimal(std::string_view text, double& value) {
 }
 
 // Where the library cannot convert floating point without a locale, the C library does the same
-// more slowly. The program sets no locale.
+// more slowly, with a point for this thread.
 #if defined(__cpp_lib_to_chars) && __cpp_lib_to_chars >= 201611L
 
 /// False for what the two libraries may read differently, text after a number for instance.
@@ -72,6 +74,7 @@ bool parseWhole(std::string_view /*text*/, double& /*value*/) {
 }
 
 std::size_t print(double value, bool fixed, int precision, char* room, std::size_t size) {
+  const PlainLocale point;
   const int length = std::snprintf(room, size, fixed ? "%.*f" : "%.*g", precision, value);
   return length > 0 && static_cast<std::size_t>(length) < size ? static_cast<std::size_t>(length)
                                                                : 0;
@@ -124,6 +127,7 @@ double parseDouble(std::string_view text) {
   if (text.empty() || parseShortDecimal(text, value) || parseWhole(text, value)) {
     return value;
   }
+  const PlainLocale point;
   value = std::strtod(std::string(text).c_str(), nullptr);
   // Not every C library keeps the sign of "-nan".
   return std::isnan(value) && text.front() == '-' ? std::copysign(value, -1.0) : value;

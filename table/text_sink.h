@@ -14,5 +14,5 @@ void toStandardError(std::string_view text);
 /// Drops the text.
 void toNowhere(std::string_view text);
 
-/// What the C library's printf prints for these arguments.
+/// What the C library's printf prints for these arguments, with a decimal point in every locale.
 [[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...);

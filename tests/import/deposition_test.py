@@ -246,6 +246,10 @@ class Depositions(ImportCase):
                                                    " _Assigned_chem_shift_list.Sample_condition_list_ID 3")
         text = text.split("save_l")[0] + "save_l" + text.split("save_l")[1].split("loop_")[0] + loop(
             "Entity_assembly_ID Comp_index_ID Comp_ID Atom_ID Val", rows) + "save_\n"
+        # A list without rows is none, and its conditions are nobody's.
+        text += (conditions.replace("save_c", "save_d").replace("ID 3", "ID 4").replace("298", "310") + "save_m\n"
+                 " _Assigned_chem_shift_list.Sample_condition_list_ID 4\n" + loop("Val", [])
+                 + "save_\n")
         shown = self.table(text, "--list-contents").stdout.splitlines()
         self.assertEqual(shown[1].split("\t"), ["entity 1", "4 residues", "protein", "2 prolines", ""])
         self.assertEqual(shown[2].split("\t")[1:4], ["5 shifts", "entity 1: 5 shifts, copies 1 (2 shifts), "

@@ -4,9 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "table/file_io.h"
-#include "tools/common/plain_number.h"
-#include "tools/common/tool.h"
+#include "tools/common/checked_table.h"
 
 namespace calls {
 namespace {
@@ -17,41 +15,27 @@ constexpr std::array<const char*, assignedCount> rowNames = {"neither", "CG", "C
 constexpr double never = 9999;
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
-[[noreturn]] void refuse(const GDB& table, const std::string& what) {
-  const std::string name = table.fileName().empty() ? tableName : table.fileName();
-  throw ToolError(ToolStatus::badData, name + ": " + what);
-}
-
-double number(const GDB& table, std::size_t row, const char* column) {
-  const std::string_view text = table.cell(row, column);
-  const std::optional<double> value = plainNumber(text);
-  if (!value) {
-    refuse(table, std::string(column) + " is no number: '" + std::string(text) + "'");
-  }
-  return *value;
-}
-
-Tally tally(const GDB& table, std::size_t row, const char* calls, const char* right) {
-  const int count = static_cast<int>(number(table, row, calls));
-  return {count, count > 0 ? number(table, row, right) : std::numeric_limits<double>::quiet_NaN()};
+Tally tally(const CheckedTable& table, std::size_t row, const char* calls, const char* right) {
+  const int count = static_cast<int>(table.number(row, calls));
+  return {count, count > 0 ? table.number(row, right) : std::numeric_limits<double>::quiet_NaN()};
 }
 
 /// Infinite, on the side given by a sign, for a limit that nothing reaches.
-double limit(const GDB& table, std::size_t row, const char* column, double side) {
-  const double value = number(table, row, column);
+double limit(const CheckedTable& table, std::size_t row, const char* column, double side) {
+  const double value = table.number(row, column);
   return value == never ? std::copysign(infinite, side) : value;
 }
 
-Rule readRule(const GDB& table, std::size_t row) {
+Rule readRule(const CheckedTable& table, std::size_t row) {
   Rule rule;
   rule.cisFrom = limit(table, row, "CIS_FROM", 1);
   rule.transTo = limit(table, row, "TRANS_TO", -1);
-  rule.transShifts = static_cast<int>(number(table, row, "TRANS_SHIFTS"));
+  rule.transShifts = static_cast<int>(table.number(row, "TRANS_SHIFTS"));
   rule.cis = tally(table, row, "CIS_CALLS", "CIS_RIGHT");
   rule.trans = tally(table, row, "TRANS_CALLS", "TRANS_RIGHT");
-  rule.undecided = static_cast<int>(number(table, row, "UNDECIDED"));
+  rule.undecided = static_cast<int>(table.number(row, "UNDECIDED"));
   if (rule.cisFrom <= rule.transTo) {
-    refuse(table, "CIS_FROM is not above TRANS_TO");
+    table.refuse("CIS_FROM is not above TRANS_TO");
   }
   return rule;
 }
@@ -83,24 +67,18 @@ double evidence(double pCis) {
 }
 
 Rules::Rules(const GDB& table) {
+  const CheckedTable checked(table, tableName);
   for (std::size_t i = 0; i < assignedCount; ++i) {
     const std::size_t row = table.findRow("ASSIGNED", rowNames[i]);
     if (row == GDB::noRow || !table.getEntry("ASSIGNED", rowNames[i], 2).empty()) {
-      refuse(table, std::string("not one row for ") + rowNames[i]);
+      checked.refuse(std::string("not one row for ") + rowNames[i]);
     }
-    rules_[i] = readRule(table, row);
+    rules_[i] = readRule(checked, row);
   }
 }
 
 Rules Rules::load(const std::string& tabFolder) {
-  const std::string path = tabFolder + "/" + tableName;
-  std::optional<std::string> text = readWholeFile(path);
-  if (!text) {
-    throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
-  }
-  GDB table;
-  table.loadText(std::move(*text));
-  return Rules(table);
+  return Rules(readTableFile(tabFolder + "/" + tableName));
 }
 
 Call Rules::call(double evidence, Assigned assigned, int shifts) const {

@@ -7,8 +7,6 @@
 namespace derive {
 namespace {
 
-constexpr const char* nucleusNames[] = {"CA/CB", "HA", "C'"};
-
 /// How far the estimates miss on proteins that are taken for well referenced.
 std::vector<std::string> missRow(const CrossValidation& result, std::size_t nucleus) {
   std::vector<double> program;
@@ -24,7 +22,7 @@ std::vector<std::string> missRow(const CrossValidation& result, std::size_t nucl
       program.push_back(std::fabs(result.offsets[i].offset[nucleus]));
     }
   }
-  return {nucleusNames[nucleus],
+  return {describe(static_cast<referencing::Nucleus>(nucleus)),
           fixed(quantile(program, 0.5), 3) + ", " + fixed(quantile(program, 0.9), 3),
           fixed(quantile(companion, 0.5), 3) + ", " + fixed(quantile(companion, 0.9), 3),
           std::to_string(companion.size()),

@@ -104,6 +104,15 @@ std::vector<std::string> measureRow(const std::string& name, const std::vector<C
           std::to_string(m.falseCis) + ", " + std::to_string(m.missedCis)};
 }
 
+std::string experimentTable(const CrossValidation& result, const std::string& name,
+                            const std::vector<NamedExperiment>& experiments) {
+  std::vector<std::vector<std::string>> rows;
+  for (const NamedExperiment& row : experiments) {
+    rows.push_back(measureRow(row.name, callsOf(result, row.experiment, shiftsAgree)));
+  }
+  return markdownTable(measureHead(name), rows);
+}
+
 std::string truthSection(const CrossValidation& result) {
   std::string text =
       "## Calls by the source of the truth\n\n"
@@ -132,18 +141,15 @@ std::string presenceSection(const CrossValidation& result) {
       "With nuclei taken away from the whole protein, truth *both* and *shifts*. A proline that "
       "the\nprogram does not predict has no row: two of the three residues need three shifts "
       "each.\n\n";
-  struct Row {
-    const char* name;
-    std::size_t experiment;
-  };
-  std::vector<std::vector<std::string>> rows;
-  for (const Row& row :
-       {Row{"all, with CG", cgGiven}, Row{"no CG", cgHidden}, Row{"no CG, no C'", noCarbonyl},
-        Row{"no CG, no HA", noHa}, Row{"no CG, no CB", noCb}, Row{"no CG, no CB, no HA", noCbNoHa},
-        Row{"protons only", protonsOnly}, Row{"HN and N only", amidesOnly}}) {
-    rows.push_back(measureRow(row.name, callsOf(result, row.experiment, shiftsAgree)));
-  }
-  return text + markdownTable(measureHead("nuclei"), rows);
+  return text + experimentTable(result, "nuclei",
+                                {{"all, with CG", cgGiven},
+                                 {"no CG", cgHidden},
+                                 {"no CG, no C'", noCarbonyl},
+                                 {"no CG, no HA", noHa},
+                                 {"no CG, no CB", noCb},
+                                 {"no CG, no CB, no HA", noCbNoHa},
+                                 {"protons only", protonsOnly},
+                                 {"HN and N only", amidesOnly}});
 }
 
 std::string comparisonSection(const CrossValidation& result, const PublishedRule& rule) {

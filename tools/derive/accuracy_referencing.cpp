@@ -7,8 +7,6 @@
 namespace derive {
 namespace {
 
-constexpr const char* nucleusNames[] = {"CA/CB", "HA", "C'"};
-
 std::vector<std::string> nucleusRow(const CrossValidation& result, std::size_t nucleus) {
   std::vector<double> signedOffsets;
   std::vector<double> sizes;
@@ -21,7 +19,7 @@ std::vector<std::string> nucleusRow(const CrossValidation& result, std::size_t n
     }
   }
   const auto estimated = static_cast<double>(sizes.size());
-  return {nucleusNames[nucleus],
+  return {describe(static_cast<referencing::Nucleus>(nucleus)),
           std::to_string(sizes.size()),
           percent(recorded / estimated),
           percent(recorded / static_cast<double>(result.offsets.size())),
@@ -80,25 +78,23 @@ std::string experimentSection(const CrossValidation& result) {
       "## Misreferenced and deuterated samples\n\n"
       "CG given, truth *both* and *shifts*. The error is added to CA, CB, C' and CG. A deuterated\n"
       "sample loses HA, and CA, CB and the prolines' CG move by the additive isotope shifts.\n\n";
-  struct Row {
-    const char* name;
-    std::size_t experiment;
-  };
-  std::vector<std::vector<std::string>> rows;
-  for (const Row& row :
-       {Row{"well referenced", cgGiven}, Row{"well referenced, -offset", offsetCorrected},
-        Row{"-2.7 ppm", error27Down}, Row{"-2.7 ppm, -offset", error27DownCorrected},
-        Row{"-1 ppm", error10Down}, Row{"-1 ppm, -offset", error10DownCorrected},
-        Row{"+1 ppm", error10Up}, Row{"+1 ppm, -offset", error10UpCorrected},
-        Row{"+2.7 ppm", error27Up}, Row{"+2.7 ppm, -offset", error27UpCorrected},
-        Row{"+2.7 ppm, CG taken out", error27UpNoCg},
-        Row{"+2.7 ppm, CG taken out, -offset", error27UpNoCgCorrected},
-        Row{"-2.7 ppm, CG taken out", error27DownNoCg},
-        Row{"-2.7 ppm, CG taken out, -offset", error27DownNoCgCorrected},
-        Row{"deuterated", deuterated}, Row{"deuterated, -iso", deuteratedCorrected}}) {
-    rows.push_back(measureRow(row.name, callsOf(result, row.experiment, shiftsAgree)));
-  }
-  text += markdownTable(measureHead("sample"), rows);
+  text += experimentTable(result, "sample",
+                          {{"well referenced", cgGiven},
+                           {"well referenced, -offset", offsetCorrected},
+                           {"-2.7 ppm", error27Down},
+                           {"-2.7 ppm, -offset", error27DownCorrected},
+                           {"-1 ppm", error10Down},
+                           {"-1 ppm, -offset", error10DownCorrected},
+                           {"+1 ppm", error10Up},
+                           {"+1 ppm, -offset", error10UpCorrected},
+                           {"+2.7 ppm", error27Up},
+                           {"+2.7 ppm, -offset", error27UpCorrected},
+                           {"+2.7 ppm, CG taken out", error27UpNoCg},
+                           {"+2.7 ppm, CG taken out, -offset", error27UpNoCgCorrected},
+                           {"-2.7 ppm, CG taken out", error27DownNoCg},
+                           {"-2.7 ppm, CG taken out, -offset", error27DownNoCgCorrected},
+                           {"deuterated", deuterated},
+                           {"deuterated, -iso", deuteratedCorrected}});
   return text +
          "`-offset` takes the offset off a proline's CG once for each of its shifts, CA, CB "
          "and C', and so\nmoves CG by two or three times the error: correct the table instead, "

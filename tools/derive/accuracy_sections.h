@@ -47,6 +47,15 @@ int presentShifts(const ScoredProline& proline);
 std::vector<std::string> measureHead(const std::string& name);
 std::vector<std::string> measureRow(const std::string& name, const std::vector<Call>& calls);
 
+struct NamedExperiment {
+  const char* name;
+  std::size_t experiment;
+};
+/// A row of measures for each experiment, on the prolines whose label rests on more than a
+/// structure.
+std::string experimentTable(const CrossValidation& result, const std::string& name,
+                            const std::vector<NamedExperiment>& experiments);
+
 std::string truthSection(const CrossValidation& result);
 std::string presenceSection(const CrossValidation& result);
 std::string comparisonSection(const CrossValidation& result, const PublishedRule& rule);

@@ -2,42 +2,57 @@
 
 #include <algorithm>
 
-#include "tools/import/residue_forms.h"
 #include "tools/import/star_tokens.h"
 
 namespace {
 
-struct AminoAcid {
-  const char* name;
+struct ResidueName {
+  std::string_view name;
   char letter;
 };
 
-constexpr AminoAcid aminoAcids[] = {
-    {"ALA", 'A'}, {"ARG", 'R'}, {"ASN", 'N'}, {"ASP", 'D'}, {"CYS", 'C'}, {"GLN", 'Q'},
-    {"GLU", 'E'}, {"GLY", 'G'}, {"HIS", 'H'}, {"ILE", 'I'}, {"LEU", 'L'}, {"LYS", 'K'},
-    {"MET", 'M'}, {"MSE", 'M'}, {"PHE", 'F'}, {"PRO", 'P'}, {"SER", 'S'}, {"THR", 'T'},
-    {"TRP", 'W'}, {"TYR", 'Y'}, {"VAL", 'V'},
+/// The amino acids, then the names that programs give to one state of them.
+constexpr ResidueName residueNames[] = {
+    {"ALA", 'A'},  {"ARG", 'R'},  {"ASN", 'N'},  {"ASP", 'D'},  {"CYS", 'C'},  {"GLN", 'Q'},
+    {"GLU", 'E'},  {"GLY", 'G'},  {"HIS", 'H'},  {"ILE", 'I'},  {"LEU", 'L'},  {"LYS", 'K'},
+    {"MET", 'M'},  {"PHE", 'F'},  {"PRO", 'P'},  {"SER", 'S'},  {"THR", 'T'},  {"TRP", 'W'},
+    {"TYR", 'Y'},  {"VAL", 'V'},  {"ARN", 'R'},  {"ARG+", 'R'}, {"ARGN", 'R'}, {"ASH", 'D'},
+    {"ASPH", 'D'}, {"ASPP", 'D'}, {"ASP-", 'D'}, {"CYM", 'C'},  {"CYN", 'C'},  {"CYX", 'C'},
+    {"CYS2", 'C'}, {"CYSH", 'C'}, {"CYSS", 'C'}, {"CYS-", 'C'}, {"GLH", 'E'},  {"GLUH", 'E'},
+    {"GLUP", 'E'}, {"GLU-", 'E'}, {"HID", 'H'},  {"HIE", 'H'},  {"HIP", 'H'},  {"HSD", 'H'},
+    {"HSE", 'H'},  {"HSP", 'H'},  {"HIS1", 'H'}, {"HIS2", 'H'}, {"HIS+", 'H'}, {"HISA", 'H'},
+    {"HISB", 'H'}, {"HISD", 'H'}, {"HISE", 'H'}, {"HISH", 'H'}, {"HISP", 'H'}, {"HIST", 'H'},
+    {"LYN", 'K'},  {"LYP", 'K'},  {"LYSH", 'K'}, {"LYSN", 'K'}, {"LYS+", 'K'}, {"MSE", 'M'},
+    {"CPR", 'P'},  {"CPRO", 'P'}, {"TYM", 'Y'},  {"TYR-", 'Y'},
 };
+
+constexpr char unknownLetter = 'X';
+constexpr char unknownName[] = "UNK";
 
 } // namespace
 
 char oneLetterCode(std::string_view name) {
-  const auto* const found =
-      std::find_if(std::begin(aminoAcids), std::end(aminoAcids),
-                   [name](const AminoAcid& acid) { return equalWithoutCase(name, acid.name); });
-  return found == std::end(aminoAcids) ? 'X' : found->letter;
-}
-
-char letterOfForm(std::string_view name) {
-  const char letter = oneLetterCode(name);
-  return letter == 'X' ? oneLetterCode(aminoAcidNamed(name)) : letter;
+  for (const ResidueName& known : residueNames) {
+    if (equalWithoutCase(name, known.name)) {
+      return known.letter;
+    }
+  }
+  // "N" and "C" before a name mark the ends of a chain.
+  const bool end =
+      name.size() == 4 && std::string_view("NnCc").find(name[0]) != std::string_view::npos;
+  return end ? oneLetterCode(name.substr(1)) : unknownLetter;
 }
 
 std::string threeLetterName(char letter) {
   const auto* const found =
-      std::find_if(std::begin(aminoAcids), std::end(aminoAcids),
-                   [letter](const AminoAcid& acid) { return acid.letter == letter; });
-  return found == std::end(aminoAcids) ? "UNK" : found->name;
+      std::find_if(std::begin(residueNames), std::end(residueNames),
+                   [letter](const ResidueName& known) { return known.letter == letter; });
+  return found == std::end(residueNames) ? unknownName : std::string(found->name);
+}
+
+std::string aminoAcidNamed(std::string_view name) {
+  const char letter = oneLetterCode(name);
+  return letter == unknownLetter ? "" : threeLetterName(letter);
 }
 
 bool isOxidisedCysteine(std::string_view name) {

@@ -1,7 +1,6 @@
 #include "tools/import/chosen_checks.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "tools/import/amino_acids.h"
 
@@ -15,12 +14,6 @@ void warn(ChosenShifts& chosen, const Places& places, const std::string& one,
   if (places.count() > 0) {
     chosen.warnings.push_back(counted(places.count(), one, many) + ": " + places.text());
   }
-}
-
-std::string numberText(double value) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%.7g", value);
-  return text;
 }
 
 } // namespace

@@ -122,7 +122,7 @@ double plainNumber(std::string_view text) {
 
 bool Polymer::isProtein() const {
   const auto known = std::count_if(residues.begin(), residues.end(), [](const Residue& residue) {
-    return letterOfForm(residue.name) != 'X';
+    return oneLetterCode(residue.name) != 'X';
   });
   return known > 0 && static_cast<std::size_t>(known) * 2 >= residues.size();
 }
@@ -144,7 +144,7 @@ void ShiftList::add(const ListedShift& row) {
     run.index = row.index;
     run.author = row.author;
     run.name = row.residue;
-    run.letter = letterOfForm(row.residue);
+    run.letter = oneLetterCode(row.residue);
     run.first = static_cast<std::uint32_t>(shifts.size());
     runs.push_back(run);
   }
@@ -167,6 +167,12 @@ Polymer& Deposition::polymer(const std::string& polymerId) {
   polymers.emplace_back();
   polymers.back().id = polymerId;
   return polymers.back();
+}
+
+void Deposition::add(ShiftList list) {
+  if (list.rows > 0) {
+    lists.push_back(std::move(list));
+  }
 }
 
 const Polymer* Deposition::known(std::string_view polymerId) const {

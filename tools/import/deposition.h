@@ -103,6 +103,8 @@ struct Deposition {
   Polymer& polymer(const std::string& polymerId);
   /// The polymer of that id that has residues; null when there is none.
   const Polymer* known(std::string_view polymerId) const;
+  /// Takes a list that has rows; others are dropped.
+  void add(ShiftList list);
 };
 
 /// Recognises the kind of a file from its tags and gathers the molecules and shifts of its first

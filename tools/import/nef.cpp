@@ -71,9 +71,7 @@ void addShifts(const StarDocument& document, const StarFrame& frame, const StarL
   while (rows.next()) {
     list.add({rows[0], {}, rows[1], rows[1], rows[2], rows[3], rows[4], {}});
   }
-  if (list.rows > 0) {
-    deposition.lists.push_back(std::move(list));
-  }
+  deposition.add(std::move(list));
 }
 
 } // namespace

@@ -91,8 +91,7 @@ std::map<std::string, std::string> allConditions(const StarDocument& document,
   return conditions;
 }
 
-ShiftList readShifts(const StarDocument& document, const StarLoop& loop,
-                     std::string_view molecule) {
+ShiftList readRows(const StarDocument& document, const StarLoop& loop, std::string_view molecule) {
   StarRows rows(document, loop,
                 {loop.column({"_residue_seq_code"}), loop.column({"_residue_author_seq_code"}),
                  loop.column({"_residue_label"}), loop.column({"_atom_name"}),
@@ -107,19 +106,18 @@ ShiftList readShifts(const StarDocument& document, const StarLoop& loop,
   return list;
 }
 
-void addShifts(const StarDocument& document, const StarFrame& frame, const StarLoop& loop,
-               const std::map<std::string, std::string>& molecules, Deposition& deposition) {
+ShiftList readShifts(const StarDocument& document, const StarFrame& frame, const StarLoop& loop,
+                     const std::map<std::string, std::string>& molecules,
+                     const Deposition& deposition) {
   const std::string component = frame.tag({"_mol_system_component_name"});
   const auto named = molecules.find(component);
   // The polymers are complete by now: their texts stay where they are.
   const Polymer* const molecule =
       deposition.known(named == molecules.end() ? component : named->second);
-  ShiftList list = readShifts(document, loop, molecule == nullptr ? "" : molecule->id);
+  ShiftList list = readRows(document, loop, molecule == nullptr ? "" : molecule->id);
   list.name = frame.name;
   list.id = std::to_string(deposition.lists.size() + 1);
-  if (list.rows > 0) {
-    deposition.lists.push_back(std::move(list));
-  }
+  return list;
 }
 
 } // namespace
@@ -137,15 +135,13 @@ Deposition readNmrStar21(const StarDocument& document, const StarBlock& frames) 
     }
   }
   const std::map<std::string, std::string> molecules = componentFrames(document, frames);
-  const std::map<std::string, std::string> conditions = allConditions(document, frames);
+  std::map<std::string, std::string> conditions = allConditions(document, frames);
   for (const StarFrame& frame : frames) {
     for (const StarLoop& loop : frame.loops) {
       if (isShifts(loop)) {
-        addShifts(document, frame, loop, molecules, deposition);
-        const auto own = conditions.find(frameName(frame.tag({"_sample_conditions_label"})));
-        if (own != conditions.end() && !deposition.lists.empty()) {
-          deposition.lists.back().conditions = own->second;
-        }
+        ShiftList list = readShifts(document, frame, loop, molecules, deposition);
+        list.conditions = conditions[frameName(frame.tag({"_sample_conditions_label"}))];
+        deposition.add(std::move(list));
       }
       noteLabelling(document, loop, "_isotopic_labeling", "_mol_label", deposition);
     }

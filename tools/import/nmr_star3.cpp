@@ -235,8 +235,8 @@ bool chainsAreCopies(const StarDocument& document, const StarLoop& loop) {
   return true;
 }
 
-void addShifts(const StarDocument& document, const StarFrame& frame, const StarLoop& loop,
-               const CopyEntities& entities, Deposition& deposition) {
+ShiftList readShifts(const StarDocument& document, const StarFrame& frame, const StarLoop& loop,
+                     const Deposition& deposition) {
   const auto column = [&loop](const char* name) {
     return loop.column({(std::string("_atom_chem_shift.") + name).c_str()});
   };
@@ -261,13 +261,11 @@ void addShifts(const StarDocument& document, const StarFrame& frame, const StarL
                     rows[4], rows[5], rows[6],
                     rows[7], rows[8]};
     row.copy = chains ? rows[10] : row.copy;
-    row.polymer = polymerOf(row, entities, known);
+    row.polymer = polymerOf(row, deposition.copyEntities, known);
     list.id = list.id.empty() ? std::string(rows[9]) : list.id;
     list.add(row);
   }
-  if (list.rows > 0) {
-    deposition.lists.push_back(std::move(list));
-  }
+  return list;
 }
 
 } // namespace
@@ -287,19 +285,17 @@ Deposition readNmrStar3(const StarDocument& document, const StarBlock& frames) {
   deposition.copyEntities = assemblyEntities(document, frames);
   addCopies(document, frames, deposition.copyEntities, deposition);
   requireSequence(document, frames, deposition);
-  const std::map<std::string, std::string> conditions = allConditions(document, frames);
+  std::map<std::string, std::string> conditions = allConditions(document, frames);
   for (const StarFrame& frame : frames) {
     for (const StarLoop& loop : frame.loops) {
       if (usable(loop, "_bond.id") || usable(loop, "_bond.type")) {
         addBonds(document, loop, deposition.copyEntities, deposition);
       }
       if (loop.has("_atom_chem_shift.val")) {
-        addShifts(document, frame, loop, deposition.copyEntities, deposition);
-        const auto own =
-            conditions.find(frame.tag({"_assigned_chem_shift_list.sample_condition_list_id"}));
-        if (own != conditions.end() && !deposition.lists.empty()) {
-          deposition.lists.back().conditions = own->second;
-        }
+        ShiftList list = readShifts(document, frame, loop, deposition);
+        list.conditions =
+            conditions[frame.tag({"_assigned_chem_shift_list.sample_condition_list_id"})];
+        deposition.add(std::move(list));
       }
       noteLabelling(document, loop, "_sample_component.isotopic_labeling",
                     "_sample_component.entity_id", deposition);

@@ -111,7 +111,7 @@ std::vector<long long> likelyDistances(const std::vector<Residue>& residues,
                                        const std::map<int, const ShiftRun*>& listed) {
   std::map<std::string, std::pair<std::vector<long long>, std::vector<long long>>> byName;
   for (std::size_t i = 0; i < residues.size(); ++i) {
-    byName[nameKey(letterOfForm(residues[i].name), residues[i].name)].first.push_back(
+    byName[nameKey(oneLetterCode(residues[i].name), residues[i].name)].first.push_back(
         static_cast<long long>(i) + 1);
   }
   for (const auto& [number, run] : listed) {
@@ -149,7 +149,7 @@ std::vector<long long> likelyDistances(const std::vector<Residue>& residues,
 } // namespace
 
 bool namesAgree(const ShiftRun& run, const Residue& residue) {
-  const char letter = letterOfForm(residue.name);
+  const char letter = oneLetterCode(residue.name);
   return letter == run.letter && (letter != 'X' || equalWithoutCase(residue.name, run.name));
 }
 

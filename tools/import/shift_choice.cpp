@@ -125,7 +125,7 @@ void describeResidues(ChosenShifts& chosen, const std::vector<const ShiftRun*>& 
   chosen.letters.reserve(chosen.residues.size());
   chosen.authors.reserve(chosen.residues.size());
   for (const Residue& residue : chosen.residues) {
-    chosen.letters += letterOfForm(residue.name);
+    chosen.letters += oneLetterCode(residue.name);
     chosen.authors.push_back(residue.author);
   }
   // The shifts know the authors' numbers better than the sequence where both speak.

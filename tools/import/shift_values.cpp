@@ -44,12 +44,6 @@ bool isPossible(char letter, std::uint8_t atom, double value) {
   return possibleRanges[atom].holds(value);
 }
 
-std::string numberText(double value) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%.7g", value);
-  return text;
-}
-
 struct Reading {
   std::uint8_t atom;
   double value;
@@ -269,6 +263,12 @@ TakenShifts::TakenShifts(const std::string& letters)
 
 bool present(double shift) {
   return !std::isnan(shift);
+}
+
+std::string numberText(double shift) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.7g", shift);
+  return text;
 }
 
 std::string residueLabel(const ShiftRun& run) {

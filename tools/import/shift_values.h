@@ -37,5 +37,8 @@ TakenShifts takeShifts(const std::string& letters, const ShiftList& list,
 /// Whether there is a shift.
 bool present(double shift);
 
+/// A shift in a message, seven digits at most.
+std::string numberText(double shift);
+
 /// "PRO 18", a residue as the list of shifts calls it.
 std::string residueLabel(const ShiftRun& run);

@@ -6,7 +6,6 @@
 
 #include "tools/common/tool.h"
 #include "tools/import/coordinate_number.h"
-#include "tools/import/residue_forms.h"
 
 namespace cif = gemmi::cif;
 

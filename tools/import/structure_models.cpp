@@ -1,13 +1,17 @@
 #include "tools/import/structure_models.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iterator>
 
 #include "table/number.h"
-#include "tools/import/residue_forms.h"
+#include "tools/import/amino_acids.h"
 
 namespace {
+
+constexpr std::array<const char*, 9> waterNames = {"HOH", "WAT", "H2O",  "DOD", "SOL",
+                                                   "TIP", "SPC", "TIP3", "TIP4"};
 
 std::string keyOf(const AtomRecord& record) {
   return record.number + " " + record.residue;
@@ -71,6 +75,15 @@ void nameCopies(std::vector<ModelChain>& chains) {
 }
 
 } // namespace
+
+std::string elementNamed(std::string_view atomName) {
+  const std::size_t letter = atomName.find_first_not_of("0123456789");
+  return letter == std::string_view::npos ? "" : capitals(atomName.substr(letter, 1));
+}
+
+bool isWaterName(std::string_view residueName) {
+  return std::find(waterNames.begin(), waterNames.end(), capitals(residueName)) != waterNames.end();
+}
 
 const ModelAtom* ModelResidue::atom(const std::string& wanted) const {
   const auto found = std::find_if(atoms.begin(), atoms.end(),

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// One atom of a structure file, Angstrom.
@@ -52,6 +53,13 @@ struct AtomRecord {
   std::string location; ///< alternate location; empty for the only one
   ModelAtom atom;
 };
+
+/// The element of an atom of a protein by its name, of which old files put a digit first: its
+/// first other character, as a capital; empty for a name without one.
+std::string elementNamed(std::string_view atomName);
+
+/// Whether it is a name of water.
+bool isWaterName(std::string_view residueName);
 
 /// Puts the atoms of a file together to models, chains and residues, in the order of the file.
 ///

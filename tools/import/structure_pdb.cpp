@@ -5,8 +5,8 @@
 #include "table/file_io.h"
 #include "table/number.h"
 #include "tools/common/tool.h"
+#include "tools/import/amino_acids.h"
 #include "tools/import/coordinate_number.h"
-#include "tools/import/residue_forms.h"
 
 namespace {
 

@@ -1,10 +1,8 @@
 #include "tools/referencing/model.h"
 
 #include <cmath>
-#include <filesystem>
 
-#include "tools/common/plain_number.h"
-#include "tools/common/tool.h"
+#include "tools/common/checked_table.h"
 
 namespace referencing {
 namespace {
@@ -13,29 +11,15 @@ constexpr char tableName[] = "reref.tab";
 /// By `Nucleus`.
 constexpr std::array<const char*, nucleusCount> rowNames = {"CA", "HA", "C"};
 
-[[noreturn]] void refuse(const GDB& table, const std::string& what) {
-  const std::string name = table.fileName().empty() ? tableName : table.fileName();
-  throw ToolError(ToolStatus::badData, name + ": " + what);
-}
-
-double number(const GDB& table, std::size_t row, const char* column) {
-  const std::string_view text = table.cell(row, column);
-  const std::optional<double> value = plainNumber(text);
-  if (!value) {
-    refuse(table, std::string(column) + " is no number: '" + std::string(text) + "'");
-  }
-  return *value;
-}
-
-NucleusModel readNucleus(const GDB& table, std::size_t row) {
+NucleusModel readNucleus(const CheckedTable& table, std::size_t row) {
   NucleusModel model;
-  model.negative = {number(table, row, "NEG_AT_0"), number(table, row, "NEG_SLOPE")};
-  model.positive = {number(table, row, "POS_AT_0"), number(table, row, "POS_SLOPE")};
-  model.width = number(table, row, "WIDTH");
-  model.proteinVariance = number(table, row, "VAR_PROTEIN");
-  model.shiftVariance = number(table, row, "VAR_SHIFT");
+  model.negative = {table.number(row, "NEG_AT_0"), table.number(row, "NEG_SLOPE")};
+  model.positive = {table.number(row, "POS_AT_0"), table.number(row, "POS_SLOPE")};
+  model.width = table.number(row, "WIDTH");
+  model.proteinVariance = table.number(row, "VAR_PROTEIN");
+  model.shiftVariance = table.number(row, "VAR_SHIFT");
   if (!(model.width > 0) || model.proteinVariance < 0 || model.shiftVariance < 0) {
-    refuse(table, "a width is not above 0, or a variance below it");
+    table.refuse("a width is not above 0, or a variance below it");
   }
   return model;
 }
@@ -48,24 +32,21 @@ const char* describe(Nucleus nucleus) {
 }
 
 Model readModel(const GDB& table) {
+  const CheckedTable checked(table, tableName);
   Model model;
   for (std::size_t i = 0; i < nucleusCount; ++i) {
     const std::size_t row = table.findRow("NUCLEUS", rowNames[i]);
     if (row == GDB::noRow) {
-      refuse(table, std::string("no row for ") + rowNames[i]);
+      checked.refuse(std::string("no row for ") + rowNames[i]);
     }
-    model.nuclei[i] = readNucleus(table, row);
-    model.fewestErrors = number(table, row, "ERRORS");
+    model.nuclei[i] = readNucleus(checked, row);
+    model.fewestErrors = checked.number(row, "ERRORS");
   }
   return model;
 }
 
 Model loadModel(const std::string& tabFolder) {
-  const std::string path = tabFolder + "/" + tableName;
-  if (!std::filesystem::is_regular_file(path)) {
-    throw ToolError(ToolStatus::inputMissing, path + ": cannot read the file");
-  }
-  return readModel(GDB(path));
+  return readModel(readTableFile(tabFolder + "/" + tableName));
 }
 
 } // namespace referencing
