@@ -297,6 +297,16 @@ TEST_F(OneProline, NothingIsAgainstEvidenceThatNothingSpeaksFor) {
             "Single shifts speak for cis: C′ of Pro3 (+1");
 }
 
+TEST_F(OneProline, EvidenceThatCancelsOutIsNotCalledNone) {
+  Evidence evidence = evidenceOf(-0.3, {"CB", "CG"});
+  evidence.terms[0].logRatio = 5.4;
+  evidence.terms[1].logRatio = -5.7;
+  SummaryRow summary;
+  summary.pCisNorm = 0.04;
+  EXPECT_EQ(judge(evidence, summary, inputs, someRules()).evidence.substr(0, 25),
+            "The evidence cancels out:");
+}
+
 TEST_F(OneProline, WhatTheEvidenceComesFromIsOnItsSideNotTheCalls) {
   Evidence evidence = evidenceOf(2.0, {"CG", "HA"});
   evidence.terms[0].logRatio = 3.5;
