@@ -347,7 +347,9 @@ TEST(About, TakesWhatTheImportSaid) {
   } rows[] = {{"entity 1 (Dhaf_0833) of 1 with 96 residues, shift list 1 (a) of 1", "Dhaf_0833"},
               {"entity Raf (x) of 1 with 9 residues, shift list 1 (a) of 1", "x"},
               {"entity Raf-1 of 1 with 9 residues, shift list 1 (a) of 1", "Raf-1"},
-              {"entity (named by the shifts) of 1 with 9 residues", ""},
+              {"entity 1 (residues named by the shifts) of 1 with 9 residues", ""},
+              {"entity A (chain A) of 2 with 9 residues, shift list 1 (a) of 1", ""},
+              {"entity 1 (entity_1) of 2 with 9 residues, shift list 1 (a) of 1", ""},
               {"entity 1 of 1 with 9 residues", ""},
               {"entity", ""}};
   for (const auto& row : rows) {

@@ -18,7 +18,8 @@
   function makeGrid() {
     const last = headings.length - 1;
     const widths = headings.map((heading, column) =>
-      heading.classList.contains("number") ? [6, 1] : column === last ? [10, 3] : [7, 2]);
+      heading.classList.contains("number") ? [6, 1] :
+          column === 0 ? [8, 3] : column === last ? [10, 3] : [7, 2]);
     const columns = widths.map(([least, share]) => `minmax(${least}em, ${share}fr)`);
     table.style.setProperty("--columns", columns.join(" "));
     table.style.setProperty("--least", widths.reduce((sum, [least]) => sum + least, 0) + "em");
