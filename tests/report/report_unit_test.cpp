@@ -297,6 +297,16 @@ TEST_F(OneProline, NothingIsAgainstEvidenceThatNothingSpeaksFor) {
             "Single shifts speak for cis: C′ of Pro3 (+1");
 }
 
+TEST_F(OneProline, EvidenceThatCancelsOutIsNotCalledNone) {
+  Evidence evidence = evidenceOf(-0.3, {"CB", "CG"});
+  evidence.terms[0].logRatio = 5.4;
+  evidence.terms[1].logRatio = -5.7;
+  SummaryRow summary;
+  summary.pCisNorm = 0.04;
+  EXPECT_EQ(judge(evidence, summary, inputs, someRules()).evidence.substr(0, 25),
+            "The evidence cancels out:");
+}
+
 TEST_F(OneProline, WhatTheEvidenceComesFromIsOnItsSideNotTheCalls) {
   Evidence evidence = evidenceOf(2.0, {"CG", "HA"});
   evidence.terms[0].logRatio = 3.5;
@@ -337,7 +347,9 @@ TEST(About, TakesWhatTheImportSaid) {
   } rows[] = {{"entity 1 (Dhaf_0833) of 1 with 96 residues, shift list 1 (a) of 1", "Dhaf_0833"},
               {"entity Raf (x) of 1 with 9 residues, shift list 1 (a) of 1", "x"},
               {"entity Raf-1 of 1 with 9 residues, shift list 1 (a) of 1", "Raf-1"},
-              {"entity (named by the shifts) of 1 with 9 residues", ""},
+              {"entity 1 (residues named by the shifts) of 1 with 9 residues", ""},
+              {"entity A (chain A) of 2 with 9 residues, shift list 1 (a) of 1", ""},
+              {"entity 1 (entity_1) of 2 with 9 residues, shift list 1 (a) of 1", ""},
               {"entity 1 of 1 with 9 residues", ""},
               {"entity", ""}};
   for (const auto& row : rows) {

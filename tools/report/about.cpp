@@ -41,6 +41,14 @@ void takeEntry(const std::string& remark, About& about) {
   }
 }
 
+/// Whether a deposition, or the importer in its place, names a molecule so that it has no name:
+/// "2", "entity", "entity_1", "chain A".
+bool isNoName(const std::string& name) {
+  const std::string plain = startsWith(name, "entity") ? name.substr(6) : name;
+  return plain.find_first_not_of("_0123456789") == std::string::npos ||
+         startsWith(name, "chain ") || name == "residues named by the shifts";
+}
+
 /// "entity 1 (Dhaf_0833) of 1 with 96 residues, ...", or "entity Dhaf_0833 of 1 with ..." where the
 /// deposition has no number or no name of its own.
 void takeProtein(const std::string& remark, About& about) {
@@ -54,8 +62,7 @@ void takeProtein(const std::string& remark, About& about) {
   if (open != std::string::npos && name.back() == ')') {
     name = open == 0 ? "" : name.substr(open + 1, name.size() - open - 2);
   }
-  const bool number = name.find_first_not_of("0123456789") == std::string::npos;
-  about.protein = number || name == "entity" ? "" : name;
+  about.protein = isNoName(name) ? "" : name;
 }
 
 } // namespace

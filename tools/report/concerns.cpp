@@ -91,9 +91,10 @@ void addReferencing(const Report& report, std::vector<Concern>& found) {
                         : "The shifts look misreferenced, ") +
       check.words() + (check.subtracted ? ". In place of what -offset did, with" : ". With") +
       (carbons ? " that taken once off all of them, CG included, " : " that taken off, ") +
-      (concern.residues.empty() ? "no call changes."
-                                : std::to_string(concern.residues.size()) + " of " +
-                                      counted(compared, "call") + " change:");
+      (concern.residues.empty()
+           ? "no call changes."
+           : std::to_string(concern.residues.size()) + " of " + counted(compared, "call") +
+                 (concern.residues.size() == 1 ? " changes:" : " change:"));
   found.push_back(concern);
 }
 

@@ -74,25 +74,13 @@ void readSummary(const TableFile& file, Inputs& inputs) {
   noteSkippedLines(file, inputs);
 }
 
-/// The residue names of the header. A sequence whose length is a multiple of 55 is written with a
-/// line more that has no letters, and reads back as the letters of its keyword: they are taken off.
-void readSequence(const GDB& table, Inputs& inputs) {
-  inputs.sequence = table.residueNames();
-  for (const std::string& item : table.dataItems()) {
-    for (std::size_t i = 0; item == "SEQUENCE" && i < item.size() && !inputs.sequence.empty();
-         ++i) {
-      inputs.sequence.erase(std::prev(inputs.sequence.end()));
-    }
-  }
-  inputs.residueCount = static_cast<int>(inputs.sequence.size());
-}
-
 void readShifts(const TableFile& file, Inputs& inputs) {
   for (const char* column : {"RESID", "RESNAME", "ATOMNAME", "SHIFT", "CS_OBS", "CS_ADJ"}) {
     file.requireColumn(column);
   }
   const GDB& table = file.table();
-  readSequence(table, inputs);
+  inputs.sequence = table.residueNames();
+  inputs.residueCount = static_cast<int>(inputs.sequence.size());
   if (inputs.sequence.empty()) {
     throw ToolError(ToolStatus::badData, file.name() + ": no DATA SEQUENCE line");
   }

@@ -59,6 +59,9 @@ PageData about(const Report& report) {
 }
 
 std::string countText(const Report& report) {
+  if (report.prolines.empty()) {
+    return "The sequence has no proline.";
+  }
   using Call = Verdict::Call;
   const auto count = [&report](Call call) {
     return std::count_if(report.prolines.begin(), report.prolines.end(),
@@ -131,6 +134,6 @@ void fillOpening(const Report& report, PageData& page) {
                     "assigned; where neither form is supported well enough, the proline "
                     "is undecided. “Probably” stands before a call with a P_CIS_NORM "
                     "between 0.1 and 0.9. How often such calls are right was counted in "
-                    "cross-validation, among calls of the same word with the same of CB "
-                    "and CG assigned."));
+                    "cross-validation of well-referenced proteins, among calls of the same "
+                    "word with the same of CB and CG assigned."));
 }

@@ -78,7 +78,7 @@ void addFact(PageData& facts, const char* label, const std::string& value) {
   facts << fact;
 }
 
-PageData factsOf(const ProlineReport& proline) {
+PageData factsOf(const Report& report, const ProlineReport& proline) {
   const SummaryRow& row = proline.row;
   PageData facts = pageList();
   addFact(facts, "P_CIS", printedText(row.pCis, row.pCisText));
@@ -90,7 +90,8 @@ PageData factsOf(const ProlineReport& proline) {
   if (proline.verdict.likeThis.calls > 0) {
     addFact(facts, "such calls right",
             decimal(100 * proline.verdict.likeThis.right, 1) + " % of " +
-                std::to_string(proline.verdict.likeThis.calls));
+                std::to_string(proline.verdict.likeThis.calls) +
+                (report.check.found() ? " where referenced well" : ""));
   }
   if (proline.carbons.cb) {
     addFact(facts, "CB", decimal(*proline.carbons.cb, 2) + " ppm");
@@ -183,7 +184,7 @@ PageData cardOf(const Report& report, const ProlineReport& proline) {
   if (proline.predicted) {
     card.set("basis", proline.verdict.basis);
     card.set("notes", notesOf(proline));
-    card.set("facts", factsOf(proline));
+    card.set("facts", factsOf(report, proline));
     card.set("bars", evidencePicture(report, proline).inlined());
     card.set("places", placesOf(report, proline));
   }

@@ -11,18 +11,19 @@ constexpr double left = 4;
 constexpr double right = 286;
 constexpr double top = 24;
 constexpr double bottom = 42;
+constexpr double wordLine = bottom - 5;
 /// What the picture shows, ppm; beyond it the mark stands at the edge.
-constexpr double low = 0;
-constexpr double high = 14;
+constexpr double low = 1;
+constexpr double high = 13;
+/// The words stand near the ends, where few prolines have their mark.
+constexpr double margin = 6;
 
 double x(double ppm) {
   return left + (right - left) * (std::clamp(ppm, low, high) - low) / (high - low);
 }
 
-void drawBand(Picture& picture, double from, double to, const char* shade, const char* words,
-              const char* name) {
+void drawBand(Picture& picture, double from, double to, const char* shade) {
   picture.rectangle(x(from), top, x(to) - x(from), bottom - top, shade);
-  picture.text((x(from) + x(to)) / 2, bottom - 5, "middle", words, name);
 }
 
 } // namespace
@@ -34,9 +35,13 @@ Picture carbonsPicture(const Report& report, const ProlineReport& proline) {
   picture.setDescription(decimal(difference, 1) +
                          " ppm; below 6.5 trans, above 8 cis, between them open.");
   picture.text(left, 14, "start", "strong", "CB − CG: " + decimal(difference, 1) + " ppm");
-  drawBand(picture, low, carbons::transBelow, "trans-soft", "trans", "trans");
-  drawBand(picture, carbons::transBelow, carbons::cisAbove, "shade", "muted small", "open");
-  drawBand(picture, carbons::cisAbove, high, "cis-soft", "cis", "cis");
+  drawBand(picture, low, carbons::transBelow, "trans-soft");
+  drawBand(picture, carbons::transBelow, carbons::cisAbove, "shade");
+  drawBand(picture, carbons::cisAbove, high, "cis-soft");
+  picture.text(left + margin, wordLine, "start", "trans", "trans");
+  picture.text(x((carbons::transBelow + carbons::cisAbove) / 2), wordLine, "middle", "muted small",
+               "open");
+  picture.text(right - margin, wordLine, "end", "cis", "cis");
   for (const double limit : {carbons::transBelow, carbons::cisAbove}) {
     picture.line(x(limit), top, x(limit), bottom + 3, "zero");
     picture.text(x(limit), bottom + 16, "middle", "muted small",

@@ -20,11 +20,26 @@ bool isKeyword(const std::string& word) {
   return word == "REMARK" || word == "DATA" || word == "VARS" || word == "FORMAT";
 }
 
+/// citrans puts a sequence line without letters after each line of exactly 55, and such a line
+/// reads back as the letters of its keyword: it is left out.
+std::string withoutEmptySequences(std::string_view text) {
+  std::string kept;
+  kept.reserve(text.size());
+  for (std::string_view line; takeLine(text, line);) {
+    const std::vector<std::string> words = GDB::split_WhiteSpace(std::string(line));
+    if (words.size() != 2 || upperCase(words[0]) != "DATA" || words[1] != "SEQUENCE") {
+      kept += line;
+      kept += '\n';
+    }
+  }
+  return kept;
+}
+
 } // namespace
 
 TableFile::TableFile(const NamedText& source) : name_(source.name) {
   findRows(source.text);
-  table_.loadText(source.text);
+  table_.loadText(withoutEmptySequences(source.text));
 }
 
 void TableFile::findRows(std::string_view text) {

@@ -83,6 +83,15 @@ const char* assignedText(calls::Assigned assigned) {
   return texts[static_cast<std::size_t>(assigned)];
 }
 
+/// How a sum of hardly any size comes about.
+const char* hardlyAny(const Evidence& evidence) {
+  const auto speaks = [&evidence](double side) {
+    return std::any_of(evidence.terms.begin(), evidence.terms.end(),
+                       [side](const Term& term) { return term.logRatio * side >= notable; });
+  };
+  return speaks(1) && speaks(-1) ? "The evidence cancels out: " : "There is hardly any evidence: ";
+}
+
 /// Whether only the number of shifts stands between the evidence and a call of trans.
 bool lacksShifts(const Evidence& evidence, const calls::Rule& rule) {
   return powersOfTen(evidence) <= rule.transTo && usedShifts(evidence) < rule.transShifts;
@@ -111,13 +120,13 @@ std::string evidenceSentence(const Evidence& evidence, Verdict::Call call,
   const std::string odds = std::isinf(sum) ? "without limit" : oddsText(sum);
   if (call == Verdict::Call::undecided) {
     return std::string(lacksShifts(evidence, rule) ? "There are too few shifts for a call: "
-                       : std::fabs(sum) < weakFrom ? "There is hardly any evidence: "
+                       : std::fabs(sum) < weakFrom ? hardlyAny(evidence)
                                                    : "The evidence does not decide: ") +
            shifts + " favour " + side + " by " + odds + ".";
   }
   const bool trans = call == Verdict::Call::trans;
   if (trans && std::fabs(sum) < weakFrom) {
-    return "There is hardly any evidence: " + shifts + " give " + odds + " for " + side +
+    return hardlyAny(evidence) + shifts + " give " + odds + " for " + side +
            ". The call rests on trans being the commoner form.";
   }
   if (trans && sum > 0) {
