@@ -170,6 +170,10 @@ TEST(Referencing, AShiftedDepositionComesBack) {
   EXPECT_NEAR(moved[2].offset - before[2].offset, 2.7, 1e-4);
   const Corrected corrected = rereference(database, off);
   EXPECT_EQ(corrected.notes.size(), nucleusCount);
+  for (std::size_t i = 0; i < nucleusCount; ++i) {
+    EXPECT_NEAR(takenOff(corrected.notes)[i], moved[i].applies ? moved[i].offset : 0, 5.1e-4);
+  }
+  EXPECT_NEAR(takenOff(shiftBy({-2.7, 0.5, 0}, text).notes)[0], -2.7, 1e-9);
   EXPECT_EQ(corrected.text.find("REMARK referencing of CA/CB: off by"), 0U);
   for (const Estimate& left : estimateOf(corrected.text)) {
     EXPECT_NEAR(left.offset, 0, 1e-3);

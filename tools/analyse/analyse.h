@@ -12,7 +12,6 @@
 #include "tools/import/import.h"
 #include "tools/import/structure_text.h"
 #include "tools/referencing/correction.h"
-#include "tools/report/index.h"
 #include "tools/report/report.h"
 
 /// From the bytes of a file to everything that the programs say of it: import, correction of the
@@ -151,8 +150,5 @@ Result analyse(const File& shifts, const std::optional<File>& structure,
 /// Throws ToolError(usage) for any other kind; the text is empty for a map or structure that there
 /// is none of.
 NamedText makeOutput(const Result& result, std::string_view kind);
-
-/// A result that has a report as one of many; its page is not known.
-IndexEntry indexEntry(const Result& result);
 
 } // namespace analyse

@@ -73,7 +73,7 @@ void writeEntryPage(const std::string& folder, const analyse::Result& found, Ent
   try {
     writeWholeFiles({{folder + "/" + name + ".html", htmlPage(found.report)},
                      {folder + "/" + name + ".json", jsonText(found.report)}});
-    result.listed = indexEntry(found);
+    result.listed = indexEntry(found.report);
     result.listed->page = name + ".html";
   } catch (const ToolError& fault) {
     addMessage(std::string("no page: ") + fault.what(), result);

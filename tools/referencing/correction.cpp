@@ -172,7 +172,7 @@ std::vector<std::string> describe(const Estimates& estimates) {
       std::snprintf(text, sizeof text, "referencing of %s: not known, %d points", nucleus.c_str(),
                     each.points);
     } else {
-      std::snprintf(text, sizeof text, "referencing of %s: off by %.2f +/- %.2f ppm, %d points: %s",
+      std::snprintf(text, sizeof text, "referencing of %s: off by %.3f +/- %.2f ppm, %d points: %s",
                     nucleus.c_str(), each.offset, each.error, each.points,
                     each.applies ? "taken off" : "left as it is");
     }
@@ -218,6 +218,28 @@ Offsets parseShiftBy(const std::string& text) {
   if (!good) {
     throw ToolError(ToolStatus::usage,
                     "not of the form C=-2.36,HA=0.02 with C, CA, CO, HA: '" + text + "'");
+  }
+  return offsets;
+}
+
+Offsets takenOff(const std::vector<std::string>& notes) {
+  Offsets offsets{};
+  for (const std::string& note : notes) {
+    for (std::size_t i = 0; i < nucleusCount; ++i) {
+      const std::string start =
+          std::string("referencing of ") + describe(static_cast<Nucleus>(i)) + ": ";
+      if (note.compare(0, start.size(), start) != 0) {
+        continue;
+      }
+      const std::string what = note.substr(start.size());
+      constexpr std::string_view found = "off by ";
+      constexpr std::string_view told = "shifted by ";
+      if (what.compare(0, told.size(), told) == 0) {
+        offsets[i] = -parseDouble(std::string_view(what).substr(told.size()));
+      } else if (what.find(": taken off") != std::string::npos) {
+        offsets[i] = parseDouble(std::string_view(what).substr(found.size()));
+      }
+    }
   }
   return offsets;
 }

@@ -36,6 +36,9 @@ std::string correctText(std::string_view text, const Offsets& offsets,
 /// One sentence for each nucleus: offset, error, number of points, and what was done.
 std::vector<std::string> describe(const Estimates& estimates);
 
+/// What such sentences, and those on shifts that were told, say was taken off, to 0.001 ppm.
+Offsets takenOff(const std::vector<std::string>& notes);
+
 /// Reads "C=-2.36,HA=0.02": shifts to add, ppm, by CA (with CB and all aliphatic carbons), HA, CO
 /// (C' alone) or C (all carbons). Throws ToolError(usage) for other text. \return what to take off
 Offsets parseShiftBy(const std::string& text);

@@ -98,10 +98,31 @@ void addReferencing(const Report& report, std::vector<Concern>& found) {
   found.push_back(concern);
 }
 
+/// Calls that hang on a correction that was made before.
+void addCorrected(const Report& report, std::vector<Concern>& found) {
+  Concern concern{"corrected", "", {}};
+  std::string calls;
+  for (const ProlineReport& proline : report.prolines) {
+    if (proline.callChanged()) {
+      concern.residues.push_back(proline.residue);
+      calls += (calls.empty() ? "" : ", ") + report.inputs.residueLabel(proline.residue) + " " +
+               callName(proline.asGiven->call);
+    }
+  }
+  if (!concern.residues.empty()) {
+    concern.text = "The referencing was corrected before the prediction, and " +
+                   counted(concern.residues.size(), "call") +
+                   (concern.residues.size() == 1 ? " hangs" : " hang") +
+                   " on it; by the shifts as they were given: " + calls + ". See";
+    found.push_back(concern);
+  }
+}
+
 } // namespace
 
 std::vector<Concern> concernsOf(const Report& report) {
   std::vector<Concern> found;
+  addCorrected(report, found);
   addReferencing(report, found);
   addAbout(
       report, "cg_subtracted",

@@ -127,13 +127,13 @@ Json termJson(const Report& report, const Term& term) {
   return json;
 }
 
-Json correctedJson(const ProlineReport& proline) {
-  if (!proline.corrected) {
+Json otherCallJson(const ProlineReport& proline, const std::optional<CorrectedCall>& other) {
+  if (!other) {
     return {};
   }
-  return {{"call", callName(proline.corrected->call)},
-          {"p_cis_norm", numberOrNull(proline.corrected->pCisNorm)},
-          {"changes", proline.callChanges()}};
+  return {{"call", callName(other->call)},
+          {"p_cis_norm", numberOrNull(other->pCisNorm)},
+          {"changes", other->call != proline.verdict.call}};
 }
 
 Json prolineJson(const Report& report, const ProlineReport& proline) {
@@ -164,7 +164,8 @@ Json prolineJson(const Report& report, const ProlineReport& proline) {
                         {"right", proline.verdict.likeThis.calls > 0
                                       ? numberOrNull(proline.verdict.likeThis.right)
                                       : Json()}};
-  json["corrected"] = correctedJson(proline);
+  json["corrected"] = otherCallJson(proline, proline.corrected);
+  json["as_given"] = otherCallJson(proline, proline.asGiven);
   json["ln_ratio"] = numberOrNull(proline.evidence.logRatio);
   json["p_cis_from_sum"] = numberOrNull(proline.evidence.pCis);
   json["sum_agrees"] = proline.evidence.agreesWith(proline.row.pCis);

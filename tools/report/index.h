@@ -24,6 +24,11 @@ struct IndexEntry {
   std::vector<IndexProline> prolines; ///< all of the sequence, in its order
 };
 
+struct Report;
+
+/// One report as one of many; what it is called and its page are not known.
+IndexEntry indexEntry(const Report& report);
+
 /// A page that lists the entries, with links to theirs: it sorts by any column and filters by what
 /// needs a look. One file without network; its script is in it. The same entries give the same
 /// bytes.

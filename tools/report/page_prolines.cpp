@@ -58,6 +58,8 @@ PageData rowOf(const Report& report, const ProlineReport& proline, const std::se
   row.set("predicted", proline.predicted);
   row.set("changes", proline.callChanges());
   row.set("corrected", proline.callChanges() ? callName(proline.corrected->call) : "");
+  row.set("changed", proline.callChanged());
+  row.set("given", proline.callChanged() ? callName(proline.asGiven->call) : "");
   row.set("evidence", proline.verdict.evidence);
   row.set("columns", reference ? "5" : "4");
   if (proline.predicted) {
@@ -135,6 +137,13 @@ PageData notesOf(const ProlineReport& proline) {
     notes << PageData("text", std::string("With the referencing corrected the call is ") +
                                   callName(proline.corrected->call) + ", P_CIS_NORM " +
                                   decimal(proline.corrected->pCisNorm, 3) + ".");
+  }
+  if (proline.callChanged()) {
+    notes << PageData("text",
+                      std::string("By the shifts as they were given, before the referencing "
+                                  "was corrected, the call is ") +
+                          callName(proline.asGiven->call) + ", P_CIS_NORM " +
+                          decimal(proline.asGiven->pCisNorm, 3) + ".");
   }
   if (proline.carbons.cgSubtracted) {
     notes << PageData("text", "The CG that was compared is after subtraction of " +

@@ -1,6 +1,8 @@
 #include "tools/report/report.h"
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <map>
 #include <set>
 
@@ -30,16 +32,30 @@ void addProlines(CITRANS& run, const calls::Rules& rules, Report& report) {
   }
 }
 
-void correctCalls(CITRANS& run, const calls::Rules& rules, Report& report) {
-  if (!report.check.found()) {
-    return;
-  }
-  takeOffOnce(run, report.check.offsets);
+/// The calls of a run whose shifts have moved.
+void callAgain(CITRANS& run, const calls::Rules& rules, Report& report,
+               std::optional<CorrectedCall> ProlineReport::*where) {
   for (ProlineReport& proline : report.prolines) {
     if (proline.predicted && proline.verdict.call != Verdict::Call::none) {
       const Evidence evidence = gatherEvidence(run, report.inputs, proline.residue);
-      proline.corrected = {callFrom(evidence, rules), evidence.pCisNorm};
+      proline.*where = {callFrom(evidence, rules), evidence.pCisNorm};
     }
+  }
+}
+
+/// The calls with what is still off taken off, and with what was taken off before put back.
+void compareReferencing(CITRANS& run, const calls::Rules& rules, Report& report) {
+  const referencing::Offsets before = referencing::takenOff(report.inputs.about.corrections);
+  if (before != referencing::Offsets{}) {
+    CITRANS given = run;
+    referencing::Offsets back{};
+    std::transform(before.begin(), before.end(), back.begin(), std::negate<>());
+    takeOffOnce(given, back);
+    callAgain(given, rules, report, &ProlineReport::asGiven);
+  }
+  if (report.check.found()) {
+    takeOffOnce(run, report.check.offsets);
+    callAgain(run, rules, report, &ProlineReport::corrected);
   }
 }
 
@@ -143,7 +159,7 @@ Report makeReport(const Sources& sources, const Database& database) {
   fillRun(run, report.inputs);
   addProlines(run, database.rules, report);
   report.check = checkReferencing(run, report.inputs, database.model);
-  correctCalls(run, database.rules, report);
+  compareReferencing(run, database.rules, report);
   warnOfMap(report);
   warnOfProlines(report);
   report.concerns = concernsOf(report);

@@ -7,7 +7,7 @@
 #include "tools/report/referencing_check.h"
 #include "tools/report/verdict.h"
 
-/// A call after correction of the referencing.
+/// A call with another referencing.
 struct CorrectedCall {
   Verdict::Call call = Verdict::Call::none;
   double pCisNorm = 0; ///< may be not-a-number
@@ -25,7 +25,11 @@ struct ProlineReport {
   /// With the estimated offsets taken once off all nuclei; only when there are offsets.
   std::optional<CorrectedCall> corrected;
 
+  /// With what was taken off before the run put back; only when something was.
+  std::optional<CorrectedCall> asGiven;
+
   bool callChanges() const { return corrected && corrected->call != verdict.call; }
+  bool callChanged() const { return asGiven && asGiven->call != verdict.call; }
 };
 
 /// Something to look at before relying on the calls.
