@@ -36,9 +36,12 @@ void correctCalls(CITRANS& run, const calls::Rules& rules, Report& report) {
   }
   takeOffOnce(run, report.check.offsets);
   for (ProlineReport& proline : report.prolines) {
-    if (proline.predicted && proline.verdict.call != Verdict::Call::none) {
+    if (proline.predicted) {
       const Evidence evidence = gatherEvidence(run, report.inputs, proline.residue);
-      proline.corrected = {callFrom(evidence, rules), evidence.pCisNorm};
+      // Where both likelihoods underflow, the program has no P_CIS, and there is no call.
+      const bool known = !std::isnan(evidence.core.cis);
+      proline.corrected = {known ? callFrom(evidence, rules) : Verdict::Call::none,
+                           known ? evidence.pCisNorm : std::nan("")};
     }
   }
 }
