@@ -361,7 +361,8 @@ class Report(unittest.TestCase):
         """Errors of all carbons, of C' and HA alone, with and without CG; also after -offset."""
         seen = 0
         for carbons, others, without in ((2.7, {}, ()), (-1.1, {}, ("CG",)),
-                                         (0.6, {"HA": 0.4, "C": -2.0}, ()), (0, {"C": 2.2}, ())):
+                                         (0.6, {"HA": 0.4, "C": -2.0}, ()), (0, {"C": 2.2}, ()),
+                                         (9.0, {}, ())):  # so far that there is no call
             with self.subTest(carbons=carbons, others=others):
                 shifts = self.shifted("off.tab", carbons, without, others)
                 subprocess.run([IMPORT, "--rereference", shifts, "-o", self.path("right.tab"),
@@ -373,12 +374,15 @@ class Report(unittest.TestCase):
                 self.assertIn("No offset worth correcting is left", self.report().stdout)
                 for options in ([], ["-offset"]):
                     self.predict(*options, shifts=shifts)
-                    for mine, wanted in zip(self.json()["prolines"], right["prolines"]):
+                    report = self.json()
+                    self.assertEqual(any(p["call"] is None for p in report["prolines"]),
+                                     carbons == 9)
+                    for mine, wanted in zip(report["prolines"], right["prolines"]):
                         self.assertEqual(mine["corrected"]["call"], wanted["call"])
                         self.assertAlmostEqual(mine["corrected"]["p_cis_norm"],
                                                wanted["p_cis_norm"], delta=0.005)
                         seen += 1
-        self.assertEqual(seen, 64)
+        self.assertEqual(seen, 80)
 
     def test_cb_less_cg_does_not_depend_on_the_referencing_or_its_correction(self):
         # Deposited shifts: Pro82 34.2 and 24.6, the others 4.1 to 5.9 apart.

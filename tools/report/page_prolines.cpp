@@ -134,9 +134,11 @@ PageData notesOf(const ProlineReport& proline) {
     notes << PageData("text", reference);
   }
   if (proline.callChanges()) {
-    notes << PageData("text", std::string("With the referencing corrected the call is ") +
-                                  callName(proline.corrected->call) + ", P_CIS_NORM " +
-                                  decimal(proline.corrected->pCisNorm, 3) + ".");
+    const bool none = proline.corrected->call == Verdict::Call::none;
+    notes << PageData("text", none ? "With the referencing corrected there is no call."
+                                   : std::string("With the referencing corrected the call is ") +
+                                         callName(proline.corrected->call) + ", P_CIS_NORM " +
+                                         decimal(proline.corrected->pCisNorm, 3) + ".");
   }
   if (proline.callChanged()) {
     notes << PageData("text",

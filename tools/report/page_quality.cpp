@@ -36,11 +36,11 @@ std::string correctedCalls(const Report& report) {
   return joined(calls);
 }
 
-/// Whether the table says that its referencing was corrected, by whatever means.
-bool wasCorrected(const Report& report) {
+/// Whether a correction that the table names speaks of something: "referencing", "Isotope".
+bool wasCorrected(const Report& report, const char* what) {
   const std::vector<std::string>& made = report.inputs.about.corrections;
-  return std::any_of(made.begin(), made.end(), [](const std::string& correction) {
-    return correction.find("referencing") != std::string::npos;
+  return std::any_of(made.begin(), made.end(), [what](const std::string& correction) {
+    return correction.find(what) != std::string::npos;
   });
 }
 
@@ -56,8 +56,9 @@ PageData referencingWords(const Report& report) {
                              "nuclei, that of CA and CB off CG too: " +
                                  (changed.empty() ? "no call changes." : changed + "."));
   } else if (!check.estimates.empty()) {
-    list << PageData("text", wasCorrected(report) ? "No offset worth correcting is left."
-                                                  : "No offset is worth correcting.");
+    list << PageData("text", wasCorrected(report, "referencing")
+                                 ? "No offset worth correcting is left."
+                                 : "No offset is worth correcting.");
   }
   if (!check.unchecked.empty()) {
     list << PageData("text", "There are too few shifts to check " + joined(check.unchecked) + ".");
@@ -119,6 +120,7 @@ std::string outlierCount(const Report& report) {
 
 void fillQuality(const Report& report, PageData& page) {
   page.set("hasEstimates", !report.check.estimates.empty());
+  page.set("isotope", wasCorrected(report, "Isotope"));
   page.set("hasOffsets", report.check.found());
   page.set("fewestErrors", decimal(report.check.fewestErrors, 1));
   page.set("offsets", offsets(report));

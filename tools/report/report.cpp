@@ -36,9 +36,12 @@ void addProlines(CITRANS& run, const calls::Rules& rules, Report& report) {
 void callAgain(CITRANS& run, const calls::Rules& rules, Report& report,
                std::optional<CorrectedCall> ProlineReport::*where) {
   for (ProlineReport& proline : report.prolines) {
-    if (proline.predicted && proline.verdict.call != Verdict::Call::none) {
+    if (proline.predicted) {
       const Evidence evidence = gatherEvidence(run, report.inputs, proline.residue);
-      proline.*where = {callFrom(evidence, rules), evidence.pCisNorm};
+      // Where both likelihoods underflow, the program has no P_CIS, and there is no call.
+      const bool known = !std::isnan(evidence.core.cis);
+      proline.*where = {known ? callFrom(evidence, rules) : Verdict::Call::none,
+                        known ? evidence.pCisNorm : std::nan("")};
     }
   }
 }
