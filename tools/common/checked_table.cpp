@@ -1,14 +1,13 @@
 #include "tools/common/checked_table.h"
 
 #include <filesystem>
-#include <utility>
 
 #include "table/run_end.h"
 #include "tools/common/plain_number.h"
 #include "tools/common/tool.h"
 
-CheckedTable::CheckedTable(const GDB& table, std::string name)
-    : table_(table), name_(table.fileName().empty() ? std::move(name) : table.fileName()) {}
+CheckedTable::CheckedTable(const GDB& table, const std::string& name)
+    : table_(table), name_(table.fileName().empty() ? name : table.fileName()) {}
 
 double CheckedTable::number(std::size_t row, const char* column) const {
   const std::string_view text = table_.cell(row, column);

@@ -11,7 +11,7 @@
 class CheckedTable {
  public:
   /// \param table  must outlive this
-  CheckedTable(const GDB& table, std::string name);
+  CheckedTable(const GDB& table, const std::string& name);
 
   /// The value of a cell that has to be a plain decimal number.
   double number(std::size_t row, const char* column) const;

@@ -107,6 +107,7 @@ std::vector<std::string> measureRow(const std::string& name, const std::vector<C
 std::string experimentTable(const CrossValidation& result, const std::string& name,
                             const std::vector<NamedExperiment>& experiments) {
   std::vector<std::vector<std::string>> rows;
+  rows.reserve(experiments.size());
   for (const NamedExperiment& row : experiments) {
     rows.push_back(measureRow(row.name, callsOf(result, row.experiment, shiftsAgree)));
   }
