@@ -381,6 +381,10 @@ class Report(unittest.TestCase):
                         self.assertEqual(mine["corrected"]["call"], wanted["call"])
                         self.assertAlmostEqual(mine["corrected"]["p_cis_norm"],
                                                wanted["p_cis_norm"], delta=0.005)
+                        if not options:  # and back again
+                            self.assertEqual(wanted["as_given"]["call"], mine["call"])
+                            self.assertEqual(wanted["as_given"]["changes"],
+                                             mine["corrected"]["changes"])
                         seen += 1
         self.assertEqual(seen, 80)
 

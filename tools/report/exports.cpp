@@ -127,11 +127,15 @@ Json termJson(const Report& report, const Term& term) {
   return json;
 }
 
+Json callJson(Verdict::Call call) {
+  return call == Verdict::Call::none ? Json() : Json(callName(call));
+}
+
 Json otherCallJson(const ProlineReport& proline, const std::optional<CorrectedCall>& other) {
   if (!other) {
     return {};
   }
-  return {{"call", callName(other->call)},
+  return {{"call", callJson(other->call)},
           {"p_cis_norm", numberOrNull(other->pCisNorm)},
           {"changes", other->call != proline.verdict.call}};
 }
@@ -141,8 +145,7 @@ Json prolineJson(const Report& report, const ProlineReport& proline) {
   json["resid"] = proline.residue;
   json["author"] = report.inputs.number(proline.residue);
   json["predicted"] = proline.predicted;
-  json["call"] =
-      proline.verdict.call == Verdict::Call::none ? Json() : Json(callName(proline.verdict.call));
+  json["call"] = callJson(proline.verdict.call);
   json["settled"] = proline.verdict.settled;
   json["headline"] = proline.verdict.headline;
   json["evidence"] = proline.verdict.evidence;
