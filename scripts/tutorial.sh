@@ -97,7 +97,9 @@ for page in "${pages[@]}"; do
 done
 PYTHONPATH="$root/build/release/python" scripts/python-session.py docs/python.md >"$scratch/python.md"
 compare docs/python.md "$scratch/python.md"
-compare docs/images/evidence.svg "$scratch/tutorial/ybbr.svg"
+if [[ -z "$folder" ]]; then # of the example, which has another title than its deposition
+  compare docs/images/evidence.svg "$scratch/tutorial/ybbr.svg"
+fi
 compare docs/images/pro82.svg "$scratch/evidence/pictures/P82.svg"
 compare docs/images/xcc2852.svg "$scratch/xcc2852/xcc2852.svg"
 if [[ -n "$folder" ]]; then
