@@ -25,9 +25,8 @@ int citrans_page_output(const char* kind);
 
 /// The list of many files, as citrans-report and citrans-batch make it.
 ///
-/// \param rows  JSON array of objects with a "name", and either with "page" (what the name links
-/// to)
-///              and "entry" (of the file's analysis) or with "message" (why it has no report)
+/// \param rows  JSON array of objects with a "name", and either with "page" (the name's link)
+///              and "entry" (of the file's analysis) or with "message" (why there is no report)
 /// \return 0, and the outcome is the page; 1 and a line
 int citrans_page_index(const char* rows);
 
