@@ -138,7 +138,7 @@ int citrans_page_analyse(const char* settings, const char* name, const char* byt
 }
 
 int citrans_page_output(const char* kind) {
-  return guarded([&](State& kept) {
+  return guarded([&](const State& kept) {
     if (!kept.analysed) {
       throw std::logic_error("nothing is analysed");
     }
@@ -147,7 +147,7 @@ int citrans_page_output(const char* kind) {
 }
 
 int citrans_page_index(const char* rows) {
-  return guarded([&](State&) {
+  return guarded([&](const State&) {
     std::vector<IndexEntry> entries;
     for (const nlohmann::json& row : nlohmann::json::parse(rows)) {
       entries.push_back(rowFrom(row));
