@@ -173,7 +173,7 @@ if [[ $quick == no ]]; then
   stage tutorial scripts/tutorial.sh --check
   stage package packaging/test.sh
   stage m32 test_m32
-  stage notices scripts/notices.py --check
+  stage notices scripts/notices.py --check build/release
   # The seeds and a little more. Longer runs: fuzz/run.sh SECONDS.
   JOBS="$cores" stage fuzz fuzz/run.sh 3
 fi

@@ -74,12 +74,13 @@ check "CITRANS_DIR keeps its meaning" named_tables
 # The pages name pictures by where these stand from the pages in the source tree.
 pictures_are_installed() {
   local pages=$root/usr/share/doc/citrans picture status=0
-  for picture in $(sed -n 's/.*](\([^)]*\.svg\)).*/\1/p' "$pages"/*.md | sort -u); do
+  for picture in $(sed -n 's/.*](\([^)]*\.\(svg\|png\)\)).*/\1/p' "$pages"/*.md | sort -u); do
     test -e "$pages/${picture#docs/}" || { echo "no $picture" >&2; status=1; }
   done
   return $status
 }
 check "pictures of the pages" pictures_are_installed
+check "the page for the browser" cmp "$sources/docs/citrans.html" "$root/usr/share/citrans/citrans.html"
 
 # The copyright file names every library that NOTICES names, and what the licences of those that are
 # only linked with ask for holds: they are not in the program.

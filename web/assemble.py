@@ -24,13 +24,15 @@ def main() -> int:
     parser.add_argument("--project", type=pathlib.Path, required=True)
     parser.add_argument("--version", required=True)
     parser.add_argument("--module", required=True, help="path of the module, without .js and .wasm")
+    parser.add_argument("--scripts", type=pathlib.Path, nargs="+", required=True, help="in their order")
     parser.add_argument("--output", type=pathlib.Path, required=True)
     args = parser.parse_args()
     web = args.project / "web"
     styles = [args.project / "tools/report/page" / name
               for name in ("colours.css", "picture.css", "style.css")] + [web / "page.css"]
-    script = "".join((web / name).read_text()
-                     for name in ("helpers.js", "program.js", "many.js", "page.js"))
+    # The list's own script, to be called when a list has come.
+    index = (args.project / "tools/report/page/index.js").read_text()
+    script = "".join(path.read_text() for path in args.scripts) + f"function startIndex() {{\n{index}}}\n"
     worker = pathlib.Path(args.module + ".js").read_text() + (web / "worker.js").read_text()
     examples = {key: [[name, (args.project / "examples" / name).read_text()] for name in names]
                 for key, names in EXAMPLES.items()}

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/analyse/analyse.h"
+#include "tools/report/index_json.h"
 
 namespace {
 
@@ -74,9 +75,23 @@ Json prolinesJson(const Report& report) {
   return list;
 }
 
+/// A row of the list: "name" with "page" and the "entry" of an analysis, or with "message".
+IndexEntry rowFrom(const nlohmann::json& row) {
+  IndexEntry entry;
+  if (row.contains("entry")) {
+    entry = indexEntryFrom(row.at("entry"));
+    entry.page = row.at("page");
+  } else {
+    entry.remark = row.at("message");
+  }
+  entry.name = row.at("name");
+  return entry;
+}
+
 Json resultJson(const analyse::Result& result) {
   const Alternatives& alternatives = result.alternatives;
   return {{"name", result.name},
+          {"structureName", result.structureName},
           {"protein", result.report.inputs.proteinName()},
           {"imported", result.imported},
           {"residues", result.sequence.size()},
@@ -86,7 +101,8 @@ Json resultJson(const analyse::Result& result) {
           {"lists", alternativesJson(alternatives.lists)},
           {"copies", alternativesJson(alternatives.copies)},
           {"chains", alternativesJson(alternatives.chains)},
-          {"prolines", prolinesJson(result.report)}};
+          {"prolines", prolinesJson(result.report)},
+          {"entry", Json(toJson(analyse::indexEntry(result)))}};
 }
 
 /// Runs one call; whatever goes wrong becomes a line.
@@ -122,11 +138,21 @@ int citrans_page_analyse(const char* settings, const char* name, const char* byt
 }
 
 int citrans_page_output(const char* kind) {
-  return guarded([&](State& kept) {
+  return guarded([&](const State& kept) {
     if (!kept.analysed) {
       throw std::logic_error("nothing is analysed");
     }
     return analyse::makeOutput(kept.result, kind).text;
+  });
+}
+
+int citrans_page_index(const char* rows) {
+  return guarded([&](const State&) {
+    std::vector<IndexEntry> entries;
+    for (const nlohmann::json& row : nlohmann::json::parse(rows)) {
+      entries.push_back(rowFrom(row));
+    }
+    return indexPage(entries);
   });
 }
 

@@ -52,8 +52,9 @@ async function unpack(bytes, name) {
 
 const decoded = (id) => Uint8Array.from(atob(byId(id).textContent), (c) => c.charCodeAt(0));
 
-function save(name, bytes, type = "application/octet-stream") {
-  const url = URL.createObjectURL(new Blob([bytes], { type }));
+/** Saves bytes, text or a blob as a file. */
+function save(name, content) {
+  const url = URL.createObjectURL(new Blob([content], { type: "application/octet-stream" }));
   element("a", { href: url, download: name }).click();
   setTimeout(() => URL.revokeObjectURL(url), 10000);
 }

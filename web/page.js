@@ -1,14 +1,6 @@
 "use strict";
 // What is shown of one file, and what the user does.
 
-const kinds = [
-  ["html", "Save the report", ".html"], ["summary", "Predictions", ".pred.tab"],
-  ["table", "Shift table", ".tab"], ["map", "Author numbers", ".map"],
-  ["secondary", "Secondary shifts", ".predAdjCS.tab"], ["tsv", "Contributions (TSV)", ".evidence.tsv"],
-  ["json", "Everything as JSON", ".json"], ["svg", "Overview (SVG)", ".svg"],
-  ["chimerax", "ChimeraX", ".cxc"], ["pymol", "PyMOL", ".pml"],
-  ["structure", "Renumbered structure", ".ref.pdb"]];
-
 // --- what is shown ---------------------------------------------------------------------------
 
 let current = null; // { shifts, structure }
@@ -61,34 +53,13 @@ function showDecisions(info) {
   byId("decisions").hidden = warnings.length + notes.length === 0;
 }
 
-function showDownloads(info) {
-  const made = kinds.filter(([kind]) => (kind !== "map" || info.imported) && (kind !== "structure" || current.structure));
-  const buttons = made.map(([kind, label, ending]) => {
-    const pressed = button(label, () => saveOutput(kind, info.name + ending));
-    pressed.dataset.kind = kind;
-    return pressed;
-  });
-  const wasOpen = byId("more") && byId("more").open;
-  const more = element("details", { id: "more" }, element("summary", {}, "Save other files"),
-                       element("p", { class: "buttons" }, ...buttons.splice(1)));
-  more.open = wasOpen;
-  byId("downloads").replaceChildren(
-    element("p", { class: "buttons" }, button("Print the report", () => print())), more);
-  byId("downloads").firstChild.prepend(...buttons);
-  byId("downloads").hidden = false;
-}
-
-async function saveOutput(kind, name) {
-  try {
-    const { outputs } = await run({ ...current, settings: settings(), outputs: [kind] });
-    save(kind === "structure" ? current.structure.name.replace(/(\.gz)?$/, "").replace(/\.[^.]*$/, "") + ".ref.pdb" : name, outputs[kind]);
-  } catch (error) {
-    complain(error.message);
-  }
+/** Bytes of a page as a document of its own, whose scripts do not run. */
+function parsed(html) {
+  return new DOMParser().parseFromString(new TextDecoder().decode(html), "text/html");
 }
 
 function showReport(html) {
-  const report = new DOMParser().parseFromString(new TextDecoder().decode(html), "text/html");
+  const report = parsed(html);
   byId("result").replaceChildren(...report.querySelector("main").childNodes);
   document.title = report.title;
 }
@@ -141,6 +112,7 @@ async function readFile(file) {
 async function take(files) {
   started = performance.now();
   complain("");
+  abandon();
   if (files.length > 2) {
     await takeMany(files);
     return;
@@ -166,7 +138,8 @@ async function take(files) {
 function takeOne(shifts, structure) {
   forget(shifts === (current && current.shifts) ? ["chain"] : ["entity", "list", "copy", "chain"]);
   current = { shifts, structure };
-  byId("index").hidden = byId("index").childElementCount === 0 || !shifts.fromIndex;
+  byId("index").hidden = !shifts.fromIndex;
+  document.body.classList.toggle("listed", Boolean(shifts.fromIndex));
   return show();
 }
 
@@ -184,7 +157,7 @@ addEventListener("drop", (event) => {
   if (event.dataTransfer.files.length > 0) take([...event.dataTransfer.files]);
 });
 byId("use").addEventListener("click", () => take([new File([byId("text").value], "pasted.txt")]));
-byId("stop").addEventListener("click", () => { stopped = true; if (stopWorker) stopWorker(); });
+byId("stop").addEventListener("click", stop);
 byId("controls").addEventListener("submit", (event) => event.preventDefault());
 byId("controls").addEventListener("change", ({ target }) => {
   if (target.name === "entity") forget(["list", "copy", "chain"]);

@@ -36,11 +36,12 @@ function run(job) {
 
 async function runNow(job) {
   worker = worker || startWorker();
+  const name = job.name || job.shifts.name;
   const running = await worker.catch((error) => { worker = null; throw error; });
   const id = ++jobs;
   return new Promise((resolve, reject) => {
     const end = (error) => { clearTimeout(timer); stopWorker = null; dropWorker(); reject(new Error(error)); };
-    const timer = setTimeout(() => end(`${job.shifts.name}: takes longer than ${longestJob / 1000} s`), longestJob);
+    const timer = setTimeout(() => end(`${name}: takes longer than ${longestJob / 1000} s`), longestJob);
     stopWorker = () => end("stopped");
     running.onmessage = ({ data }) => {
       clearTimeout(timer);
@@ -49,7 +50,7 @@ async function runNow(job) {
       if (data.error) reject(new Error(data.error));
       else resolve(data);
     };
-    running.onerror = () => end(`${job.shifts.name}: too much for the program`);
-    running.postMessage({ id, outputs: [], ...job });
+    running.onerror = () => end(`${name}: too much for the program`);
+    running.postMessage({ id, name, outputs: [], ...job });
   });
 }

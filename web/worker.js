@@ -36,14 +36,16 @@ function call(name, ...values) {
   }
 }
 
+/** A list of files, or one file and its outputs. */
 function work(job) {
+  if (job.index) return { html: call("citrans_page_index", JSON.stringify(job.index)) };
   const { shifts, structure, settings } = job;
   const info = JSON.parse(new TextDecoder().decode(call(
     "citrans_page_analyse", JSON.stringify(settings), shifts.name, shifts.bytes, shifts.bytes.length,
     structure && structure.name, structure && structure.bytes, structure ? structure.bytes.length : 0)));
   const outputs = {};
   for (const kind of job.outputs) outputs[kind] = call("citrans_page_output", kind);
-  return { id: job.id, info, outputs };
+  return { info, outputs };
 }
 
 /** Memory that was taken once is never given back: after a huge file a new worker is better. */
@@ -57,12 +59,12 @@ onmessage = async ({ data }) => {
   }
   try {
     const done = work(data);
-    postMessage({ ...done, worn: isWorn() });
+    postMessage({ id: data.id, ...done, worn: isWorn() });
   } catch (error) {
     // A fault of the machine leaves the program's memory in an unknown state.
     const broken = error instanceof WebAssembly.RuntimeError || error instanceof RangeError;
     postMessage({ id: data.id, worn: broken || isWorn(),
                   error: broken || error.message.startsWith("not enough memory")
-                    ? `${data.shifts.name}: too much for the program` : error.message });
+                    ? `${data.name}: too much for the program` : error.message });
   }
 };

@@ -8,6 +8,7 @@ More files, and those of folders, are compared too.
 
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -61,8 +62,24 @@ def compare(settings, shifts, structure):
                 failures.append(f"{label}: {kind} differs")
 
 
+def look_at_list(file, cis):
+    """The list of a file and one without a report: links, cis prolines, and a message as text."""
+    with tempfile.TemporaryDirectory() as folder:
+        subprocess.run([driver, "{}", folder, file], check=True)
+        page = (pathlib.Path(folder) / "index.html").read_text()
+    rows = re.findall(r"<tr data-kinds=\"(.*?)\">(.*?)</tr>", page)
+    wanted = [(f'<a href="its page.html">{file.name}</a>', f">{cis}</span>", "all cis"),
+              ("<td>other</td>", "why &lt;not&gt;", "all failed")]
+    for (kinds, row), (name, words, kind) in zip(rows, wanted):
+        if name not in row or words not in row or kind != kinds:
+            failures.append(f"list: {kinds}: {row}")
+    if len(rows) != 2:
+        failures.append(f"list: {len(rows)} rows")
+
+
 for case in CASES:
     compare(*case)
+look_at_list(examples / "ybbr.tab", "Pro82")
 others = [path for name in sys.argv[4:] for path in
           (sorted(pathlib.Path(name).iterdir()) if pathlib.Path(name).is_dir() else [pathlib.Path(name)])]
 for path in sorted(corpus.iterdir()) + others:

@@ -2,6 +2,7 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "web/entry.h"
@@ -10,8 +11,9 @@
 //
 //   driver SETTINGS FOLDER SHIFTS [STRUCTURE]
 //
-// The folder gets outcome.json and a file for each kind of output. The status is 1 and the outcome
-// the line on standard error when the analysis fails.
+// The folder gets outcome.json, a file for each kind of output, and the list of this file and one
+// without a report as index.html. The status is 1 and the outcome the line on standard error when
+// the analysis fails.
 
 namespace {
 
@@ -47,6 +49,14 @@ int main(int argc, char** argv) {
   }
   const std::filesystem::path folder = argv[2];
   saveOutcome(folder / "outcome.json");
+  const nlohmann::json entry = nlohmann::json::parse(contentOf((folder / "outcome.json").c_str()));
+  const nlohmann::json rows = {
+      {{"name", nameOf(argv[3])}, {"page", "its page.html"}, {"entry", entry.at("entry")}},
+      {{"name", "other"}, {"message", "why <not>"}}};
+  if (citrans_page_index("[{}") == 0 || citrans_page_index(rows.dump().c_str()) != 0) {
+    return 1;
+  }
+  saveOutcome(folder / "index.html");
   for (const char* kind : {"html", "tsv", "json", "svg", "chimerax", "pymol", "table", "map",
                            "summary", "secondary", "structure"}) {
     if (citrans_page_output(kind) != 0) {

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Makes what the page has to give, with the native programs: a folder for each case.
+"""Makes what the page has to give, with the native programs: a folder for each case, and "many" with
+files and in its folder "pages" what citrans-batch makes of them.
 
     expected.py BUILD SOURCE FOLDER [FILE]...
 
@@ -8,12 +9,13 @@ More files of shifts are cases too; those that the programs refuse are left out,
 
 import json
 import pathlib
+import shutil
 import sys
 import tempfile
 
 build, source, folder = (pathlib.Path(argument).resolve() for argument in sys.argv[1:4])
 sys.path.insert(0, str(source / "tests/analyse"))
-from native import Programs, Refused  # noqa: E402
+from native import Programs, Refused, run  # noqa: E402
 
 examples = source / "examples"
 CASES = [
@@ -36,3 +38,10 @@ for number, (settings, files) in enumerate(CASES):
     (case / "case.json").write_text(json.dumps({"settings": settings, "files": [str(file) for file in files]}))
     for kind, text in outputs.items():
         (case / kind).write_bytes(text)
+
+many = folder / "many"
+many.mkdir(parents=True)
+for file in [*sorted(examples.glob("*.tab")), *(source / "fuzz/corpus/deposition").glob("*-81-83.*")]:
+    shutil.copy(file, many)
+run([build / "citrans-batch", "--tab", source / "tab", "-o", folder / "many.tsv", "--report", "pages",
+     *(file.name for file in sorted(many.iterdir()))], many)

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Build the page and try it in headless Chromium, against what the native programs give.
+# Build the page and try it in headless Chromium, against what the native programs give. Then see
+# whether docs/citrans.html is that page.
 #
 #   tests/web/run.sh BUILD [FILE]...
 #
@@ -25,3 +26,4 @@ mkdir -p "$here/pictures"
 if command -v firefox-esr >/dev/null; then
   (cd "$here" && node firefox_test.js ../web/citrans.html)
 fi
+scripts/publish-page.sh --check

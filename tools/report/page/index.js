@@ -9,7 +9,7 @@
     text: row.textContent.toLowerCase(),
     cells: [...row.cells].map(cell => cell.textContent.trim()),
   }));
-  const form = document.forms[0];
+  const form = document.querySelector("form.filters");
   const headings = [...table.querySelectorAll("th")];
   const order = new Intl.Collator("en", { numeric: true });
 
