@@ -102,7 +102,7 @@ Json resultJson(const analyse::Result& result) {
           {"copies", alternativesJson(alternatives.copies)},
           {"chains", alternativesJson(alternatives.chains)},
           {"prolines", prolinesJson(result.report)},
-          {"entry", Json(toJson(analyse::indexEntry(result)))}};
+          {"entry", Json(toJson(indexEntry(result.report)))}};
 }
 
 /// Runs one call; whatever goes wrong becomes a line.
