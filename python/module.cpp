@@ -3,12 +3,12 @@
 
 #include <array>
 #include <charconv>
-#include <clocale>
 #include <cmath>
 #include <memory>
 #include <optional>
 #include <utility>
 
+#include "table/plain_locale.h"
 #include "table/run_end.h"
 #include "tools/analyse/analyse.h"
 #include "tools/common/tool.h"
@@ -88,28 +88,12 @@ py::tuple prolineFields(const Report& report, const Prediction& prediction, bool
       withEvidence ? evidence(report, proline) : py::none());
 }
 
-/// Numbers with a point for this thread, whatever locale the interpreter's program has set.
-class PlainLocale {
- public:
-  PlainLocale() : before_(uselocale(plain())) {}
-  PlainLocale(const PlainLocale&) = delete;
-  PlainLocale& operator=(const PlainLocale&) = delete;
-  ~PlainLocale() { uselocale(before_); }
-
- private:
-  static locale_t plain() {
-    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
-    return locale;
-  }
-  locale_t before_;
-};
-
 /// Runs a piece of work while other Python threads run. What ends it is the line that the programs
 /// print, as InputError.
 template <class Work>
 auto unlocked(const Work& work) {
   const py::gil_scoped_release released;
-  const PlainLocale locale;
+  const PlainLocale point;
   try {
     return work();
   } catch (const RunEnd& refusal) {
