@@ -207,6 +207,8 @@ void Analyser::addProlines(const CITRANS& used, const CITRANS& given, Result& re
   }
 }
 
+/// The report is of the printed numbers, as one that is made from the program's files: what a
+/// reader finds in these is what it explains.
 void Analyser::addReport(const Settings& settings, Result& result) const {
   Sources sources;
   sources.summary = {result.summaryName(), result.summary};
