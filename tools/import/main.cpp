@@ -97,9 +97,9 @@ Imported readShifts(const Options& options) {
 void correctReferencing(const Options& options, Imported& imported) {
   referencing::Corrected corrected;
   if (options.rereference) {
-    const referencing::Database database(
-        tableFolder(options.tabFolder),
-        options.isotope ? CITRANS::Options{{"iso", "true"}} : CITRANS::Options());
+    const referencing::Database database(tableFolder(options.tabFolder),
+                                         options.isotope ? CITRANS::Options{{"iso", "true"}}
+                                                         : CITRANS::Options());
     corrected = referencing::rereference(database, imported.table);
   } else if (!options.shiftBy.empty()) {
     corrected = referencing::shiftBy(referencing::parseShiftBy(options.shiftBy), imported.table);
