@@ -6,8 +6,9 @@
 /// Text to number and number to text, in one place.
 ///
 /// Nothing here depends on the locale, not even in a program that has set one with a decimal
-/// comma. Text to number follows the C library in the locale "C": leading white space and a sign are
-/// accepted, the conversion stops at the first foreign character, and text that holds no number is 0.
+/// comma. Text to number follows the C library in the locale "C": leading white space and a sign
+/// are accepted, the conversion stops at the first foreign character, and text that holds no number
+/// is 0.
 
 /// The text without white space (the blank and the codes 9 to 13) at its ends.
 std::string_view trimmed(std::string_view text);
