@@ -4,8 +4,10 @@
 
 With CITRANS_BUILD set to the whole path of a build folder of CMake, the module is taken from there,
 and only what is out of date is compiled; otherwise everything is compiled anew in python/build.
+Several builds of the same sources at a time wait for each other.
 """
 
+import fcntl
 import os
 import re
 import shutil
@@ -18,6 +20,13 @@ from setuptools.command.build_ext import build_ext
 
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parent
+
+
+# setuptools makes every wheel in the same folder and empties it afterwards. The lock ends with this
+# process.
+(HERE / "build").mkdir(exist_ok=True)
+LOCK = open(HERE / "build" / "lock", "w", encoding="utf-8")
+fcntl.flock(LOCK, fcntl.LOCK_EX)
 
 
 def version() -> str:
