@@ -13,7 +13,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests/report"))
 from render import Browser, find_chromium  # noqa: E402
 
-WIDTH, HEIGHT = 860, 900  # the top of the page, down to the picture of the evidence
+WIDTH, HEIGHT = 860, 1120  # the top of the page, down to the cis proline
 
 # Presses the example's button and waits, 30 s at most, until its report has its place.
 OPEN_EXAMPLE = """new Promise((resolve, reject) => {
