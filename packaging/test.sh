@@ -74,7 +74,7 @@ check "CITRANS_DIR keeps its meaning" named_tables
 # The pages name pictures by where these stand from the pages in the source tree.
 pictures_are_installed() {
   local pages=$root/usr/share/doc/citrans picture status=0
-  for picture in $(sed -n 's/.*](\([^)]*\.\(svg\|png\)\)).*/\1/p' "$pages"/*.md | sort -u); do
+  for picture in $(sed -nE 's/.*(\]\(|src=")([^)"]*\.(svg|png))[)"].*/\2/p' "$pages"/*.md | sort -u); do
     test -e "$pages/${picture#docs/}" || { echo "no $picture" >&2; status=1; }
   done
   return $status

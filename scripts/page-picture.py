@@ -13,7 +13,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests/report"))
 from render import Browser, find_chromium  # noqa: E402
 
-WIDTH, HEIGHT = 860, 1120  # the top of the page, down to the cis proline
+WIDTH, HEIGHT = 860, 1088  # the top of the page, down to the cis proline
 
 # Presses the example's button and waits, 30 s at most, until its report has its place.
 OPEN_EXAMPLE = """new Promise((resolve, reject) => {
@@ -36,7 +36,8 @@ def main():
             browser.show(pathlib.Path(sys.argv[1]).resolve().as_uri(), WIDTH, "light", "screen")
             browser.evaluate(OPEN_EXAMPLE)
             clip = {"x": 0, "y": 0, "width": WIDTH, "height": HEIGHT, "scale": 1}
-            shot = browser.send("Page.captureScreenshot", format="png", clip=clip)
+            shot = browser.send("Page.captureScreenshot", format="png", clip=clip,
+                                captureBeyondViewport=True)
         finally:
             browser.close()
     pathlib.Path(sys.argv[2]).write_bytes(base64.b64decode(shot["data"]))
