@@ -16,7 +16,7 @@ import textwrap
 from pathlib import Path
 
 NOTICES = Path(__file__).resolve().parent.parent / "NOTICES"
-READERS = "citrans-import, the page, the Python module"
+READERS = "citrans-import, citrans-report, citrans-batch, the page, the Python module"
 REPORTERS = "citrans-report, citrans-batch, the page, the Python module"
 
 # Name, package, what holds its code, parts of it (files as the copyright file names them, of one
