@@ -11,7 +11,7 @@ import sys
 
 LARGEST = 600_000  # bytes: what a user waits for on a slow line
 
-EXAMPLES = {"ybbr": ["ybbr.tab", "ybbr_2kpu.pdb"], "xcc2852": ["xcc2852.tab"]}
+EXAMPLES = {"ybbr": ["ybbr.tab", "ybbr_2kpu.pdb"], "xcc2852": ["xcc2852.tab", "xcc2852_1ttz.pdb"]}
 
 
 def packed(data: bytes) -> str:

@@ -132,7 +132,8 @@ const tests = {
     await page.click("#use");
     await said(page, "pasted.txt: 3 prolines in 76 residues");
     await page.click("[data-example=xcc2852]");
-    await said(page, "xcc2852.tab: ");
+    await said(page, "xcc2852_1ttz.pdb: ");
+    assert.ok(/against the structure|disagree/i.test(await page.textContent("#result")));
     await page.click("[data-example=ybbr]");
     await said(page, "ybbr_2kpu.pdb");
   },
@@ -237,6 +238,31 @@ const tests = {
     const lines = (await pressed(page, "#index button:has-text('TSV')")).bytes.toString().trimEnd().split("\n");
     assert.equal(lines.length, 1 + 499 * 8 + 500 * 3 + 1);
     assert.ok(lines.some((line) => /^many-007.tab\t{5}\S/.test(line)));
+  },
+
+  async "many files can be stopped, and give way to one"() {
+    const page = await open();
+    const files = [];
+    for (let i = 0; i < 300; ++i) {
+      files.push(path.join(scratch, `some-${i}.tab`));
+      fs.copyFileSync(example("ybbr.tab"), files[i]);
+    }
+    await choose(page, files);
+    await page.waitForFunction(() => document.getElementById("bar").value > 0);
+    await page.focus("#stop");
+    await page.keyboard.press("Enter");
+    await said(page, "of 300 files, 0 cannot be used.");
+    const rows = await page.locator("#index tbody tr").count();
+    assert.ok(rows > 0 && rows < 300, `${rows} rows`);
+    assert.equal(await page.evaluate(() => document.activeElement.id), "index");
+
+    await choose(page, files);
+    await page.waitForFunction(() => document.getElementById("bar").value > 0);
+    await choose(page, [example("ubiquitin.tab")]);
+    await said(page, "ubiquitin.tab: 3 prolines");
+    await page.waitForTimeout(500); // what was under way would have come by then
+    assert.ok(await page.isHidden("#index") && await page.isHidden("#progress"));
+    assert.match(await page.textContent("#status"), /^ubiquitin/);
   },
 
   async "the list is that of citrans-batch, and its archive holds the reports"() {
