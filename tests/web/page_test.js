@@ -3,79 +3,17 @@
 //   node page_test.js PAGE SOURCE EXPECTED [PICTURES]
 //
 // EXPECTED holds a folder for each case of expected.py, with the outputs of the native programs.
-// With PICTURES, what was seen is kept there. The modules are found in the working directory.
+// With PICTURES, what was seen is kept there.
 
 import assert from "node:assert/strict";
-import { execFileSync } from "node:child_process";
-import { createRequire } from "node:module";
 import fs from "node:fs";
-import os from "node:os";
 import path from "node:path";
 import zlib from "node:zlib";
-import { pathToFileURL } from "node:url";
-
-const require = createRequire(path.join(process.cwd(), "modules.js"));
-const { chromium } = require("playwright-core");
-const [pageFile, source, expected, pictures] = process.argv.slice(2).map((name) => path.resolve(name));
-const example = (name) => path.join(source, "examples", name);
-const deposition = path.join(source, "fuzz/corpus/deposition/16570-81-83.str");
-const scratch = fs.mkdtempSync(path.join(os.tmpdir(), "citrans-page-"));
-
-const browser = await chromium.launch({ executablePath: process.env.CHROMIUM || "/usr/bin/chromium", args: ["--no-sandbox"] });
-const faults = [];
-
-async function open(options = {}) {
-  const context = await browser.newContext({ acceptDownloads: true, ...options });
-  const page = await context.newPage();
-  page.on("request", (request) => {
-    if (!/^(blob|data):/.test(request.url()) && request.url().split("#")[0] !== pathToFileURL(pageFile).href) {
-      faults.push(`asks for ${request.url()}`);
-    }
-  });
-  page.on("console", (message) => { if (message.type() === "error") faults.push(`logs ${message.text()}`); });
-  page.on("pageerror", (error) => faults.push(`throws ${error.message}`));
-  await page.goto(pathToFileURL(pageFile).href);
-  return page;
-}
-
-/** Drops files as the mouse does. */
-async function drop(page, files) {
-  const data = files.map((file) => [path.basename(file), fs.readFileSync(file).toString("base64")]);
-  const transfer = await page.evaluateHandle((list) => {
-    const made = new DataTransfer();
-    for (const [name, text] of list) {
-      made.items.add(new File([Uint8Array.from(atob(text), (c) => c.charCodeAt(0))], name));
-    }
-    return made;
-  }, data);
-  await page.dispatchEvent("#drop", "drop", { dataTransfer: transfer });
-}
-
-const choose = (page, files) => page.setInputFiles("#choose", files);
-const said = (page, text) => page.waitForFunction((wanted) =>
-  document.getElementById("status").textContent.includes(wanted), text, { timeout: 60000 });
-const complained = async (page, text) => {
-  await page.waitForFunction((wanted) => !document.getElementById("alert").hidden &&
-    document.getElementById("alert").textContent.includes(wanted), text, { timeout: 90000 });
-};
-
-async function pressed(page, selector) {
-  const [file] = await Promise.all([page.waitForEvent("download", { timeout: 120000 }), page.click(selector)]);
-  return { name: file.suggestedFilename(), path: await file.path(), bytes: fs.readFileSync(await file.path()) };
-}
-
-async function download(page, kind) {
-  await page.evaluate(() => { document.getElementById("more").open = true; });
-  return pressed(page, `[data-kind=${kind}]`);
-}
-
-/** Unpacks an archive with another program, which looks at its checksums; the files by name. */
-function unzipped(archive) {
-  const folder = fs.mkdtempSync(path.join(scratch, "zip-"));
-  execFileSync("/usr/bin/python3", ["-m", "zipfile", "-e", archive, folder]);
-  const names = fs.readdirSync(folder, { recursive: true }).filter((name) => fs.statSync(path.join(folder, name)).isFile());
-  return { folder, files: Object.fromEntries(names.map((name) => [name, fs.readFileSync(path.join(folder, name))])) };
-}
+import { manyTests } from "./many_tests.js";
+import {
+  browser, choose, complained, deposition, download, drop, example, expected, faults, open, pictures, require, said,
+  scratch, unzipped,
+} from "./support.js";
 
 const tests = {
   async "every download has the bytes of the native programs"() {
@@ -194,98 +132,6 @@ const tests = {
     assert.ok(await page.isHidden("#alert"));
   },
 
-  async "a thousand files make a list that sorts, filters and opens, and the page never stalls"() {
-    const page = await open();
-    const files = [];
-    for (let i = 0; i < 1000; ++i) {
-      const file = path.join(scratch, `many-${String(i).padStart(3, "0")}.tab`);
-      fs.copyFileSync(example(i % 2 ? "ybbr.tab" : "ubiquitin.tab"), file);
-      files.push(file);
-    }
-    fs.writeFileSync(files[7], "nothing");
-    await page.evaluate(() => {
-      globalThis.longest = 0;
-      new PerformanceObserver((list) => {
-        for (const { duration } of list.getEntries()) globalThis.longest = Math.max(globalThis.longest, duration);
-      }).observe({ type: "longtask" });
-    });
-    const start = Date.now();
-    await choose(page, files);
-    await said(page, "1000 of 1000 files, 1 cannot be used.");
-    const longest = await page.evaluate(() => globalThis.longest);
-    console.log(`  1000 files in ${Date.now() - start} ms, the longest pause ${longest} ms`);
-    assert.ok(longest < 2000, `a pause of ${longest} ms`);
-
-    const shown = () => page.$$eval("#index tbody tr:not([hidden])", (rows) => rows.map((row) => row.cells[0].textContent));
-    await page.click("#index th:nth-child(3) button");
-    const counts = (await page.locator("#index tbody td:nth-child(3)").allTextContents()).filter(Boolean).map(Number);
-    assert.equal(counts.length, 999);
-    assert.deepEqual(counts, [...counts].sort((a, b) => a - b));
-    assert.equal(await page.getAttribute("#index th:nth-child(3)", "aria-sort"), "ascending");
-    await page.check("#index [value=failed]");
-    assert.deepEqual(await shown(), ["many-007.tab"]);
-    await page.check("#index [value=cis]"); // of YbbR
-    assert.equal((await shown()).length, 499);
-    await page.fill("#index [name=words]", "many-09");
-    assert.deepEqual(await shown(), ["many-091.tab", "many-093.tab", "many-095.tab", "many-097.tab", "many-099.tab"]);
-    await page.locator("#index tbody tr:not([hidden]) a").first().focus();
-    await page.keyboard.press("Enter");
-    await said(page, "many-091.tab: 8 prolines");
-    assert.ok(await page.locator("#result h2").count() > 3);
-    assert.equal(await page.evaluate(() => document.activeElement.id), "result");
-    assert.equal((await shown()).length, 5);
-
-    const lines = (await pressed(page, "#index button:has-text('TSV')")).bytes.toString().trimEnd().split("\n");
-    assert.equal(lines.length, 1 + 499 * 8 + 500 * 3 + 1);
-    assert.ok(lines.some((line) => /^many-007.tab\t{5}\S/.test(line)));
-  },
-
-  async "many files can be stopped, and give way to one"() {
-    const page = await open();
-    const files = [];
-    for (let i = 0; i < 300; ++i) {
-      files.push(path.join(scratch, `some-${i}.tab`));
-      fs.copyFileSync(example("ybbr.tab"), files[i]);
-    }
-    await choose(page, files);
-    await page.waitForFunction(() => document.getElementById("bar").value > 0);
-    await page.focus("#stop");
-    await page.keyboard.press("Enter");
-    await said(page, "of 300 files, 0 cannot be used.");
-    const rows = await page.locator("#index tbody tr").count();
-    assert.ok(rows > 0 && rows < 300, `${rows} rows`);
-    assert.equal(await page.evaluate(() => document.activeElement.id), "index");
-
-    await choose(page, files);
-    await page.waitForFunction(() => document.getElementById("bar").value > 0);
-    await choose(page, [example("ubiquitin.tab")]);
-    await said(page, "ubiquitin.tab: 3 prolines");
-    await page.waitForTimeout(500); // what was under way would have come by then
-    assert.ok(await page.isHidden("#index") && await page.isHidden("#progress"));
-    assert.match(await page.textContent("#status"), /^ubiquitin/);
-  },
-
-  async "the list is that of citrans-batch, and its archive holds the reports"() {
-    const page = await open();
-    const folder = path.join(expected, "many");
-    await choose(page, fs.readdirSync(folder).filter((name) => name !== "pages").map((name) => path.join(folder, name)));
-    await said(page, "cannot be used.");
-    const rows = (list) => list.map((row) => [...row.cells].map((cell) => cell.textContent)).sort();
-    const wanted = await browser.newPage();
-    await wanted.setContent(fs.readFileSync(path.join(folder, "pages/index.html"), "utf8"));
-    assert.deepEqual(await page.$$eval("#entries tbody tr", rows), await wanted.$$eval("#entries tbody tr", rows));
-
-    const { folder: unpacked, files } = unzipped((await pressed(page, "#index button:has-text('ZIP')")).path);
-    await wanted.setContent(files["index.html"].toString());
-    const links = await wanted.$$eval("#entries a", (all) => all.map((link) => [link.textContent, link.getAttribute("href")]));
-    assert.equal(links.length, Object.keys(files).length - 1);
-    for (const [name, link] of links) {
-      await drop(page, [path.join(folder, name)]);
-      await said(page, `${name}: `);
-      assert.ok((await download(page, "html")).bytes.equals(fs.readFileSync(path.join(unpacked, link))), `${name} in the archive`);
-    }
-  },
-
   async "the report comes quickly"() {
     const page = await open();
     const times = [];
@@ -348,7 +194,7 @@ const tests = {
 };
 
 let failed = 0;
-for (const [name, test] of Object.entries(tests)) {
+for (const [name, test] of Object.entries({ ...tests, ...manyTests })) {
   faults.length = 0;
   try {
     await test();
