@@ -56,23 +56,35 @@ count_tests() {
   fi
 }
 
-# stage NAME COMMAND...: run one stage into its log; a failure is shown and counted, and the
-# stages after it still run.
-stage() {
-  local name="$1" log status=0 start=$SECONDS
+# run_stage NAME COMMAND...: run one stage into its log, and note how it ended.
+run_stage() {
+  local name="$1" status=0 start=$SECONDS
   shift
-  log="$logs/$name.log"
-  "$@" >"$log" 2>&1 || status=$?
+  rm -f "$logs/$name.end"
+  "$@" >"$logs/$name.log" 2>&1 || status=$?
+  echo "$status $((SECONDS - start))" >"$logs/$name.end"
+}
+
+# report_stage NAME: say how a stage ended; a failure is shown and counted, and the stages after it
+# still run. One that did not come to its end has failed.
+report_stage() {
+  local name="$1" log="$logs/$1.log" status=1 seconds=0
+  read -r status seconds 2>/dev/null <"$logs/$name.end" || true
   if [[ $status -eq 0 ]]; then
     passed=$((passed + 1))
-    printf '%-9s %-10s %4d s\n' passed "$name" $((SECONDS - start))
+    printf '%-9s %-10s %4d s\n' passed "$name" "$seconds"
   else
     failed=$((failed + 1))
     failed_stages+=("$name")
-    printf '%-9s %-10s %4d s   the end of %s:\n' FAILED "$name" $((SECONDS - start)) "$log"
+    printf '%-9s %-10s %4d s   the end of %s:\n' FAILED "$name" "$seconds" "$log"
     tail -n 120 "$log" | sed 's/^/    /'
   fi
   count_tests "$log"
+}
+
+stage() {
+  run_stage "$@"
+  report_stage "$1"
 }
 
 sources() {
@@ -168,14 +180,36 @@ stage scripts check_scripts
 stage manuals check_manuals
 stage release test_release
 stage listing scripts/readme-listing.sh --check
-if [[ $quick == no ]]; then
-  stage sanitize build_and_test sanitize
-  stage tutorial scripts/tutorial.sh --check
-  stage package packaging/test.sh
-  stage m32 test_m32
-  stage notices scripts/notices.py --check build/release
+# What needs the release build, one after the other.
+run_beside() {
+  run_stage tutorial scripts/tutorial.sh --check
+  run_stage package packaging/test.sh
+  run_stage m32 test_m32
+  run_stage notices scripts/notices.py --check build/release
   # The seeds and a little more. Longer runs: fuzz/run.sh SECONDS.
-  JOBS="$cores" stage fuzz fuzz/run.sh 3
+  JOBS="$cores" run_stage fuzz fuzz/run.sh 3
+  if [[ $web == yes ]]; then
+    run_stage web tests/web/run.sh build/release
+  fi
+}
+
+if [[ $quick == no ]]; then
+  # Both at a time: either has minutes in which it keeps one core at most.
+  trap 'kill 0' INT TERM
+  rm -f "$logs"/*.end
+  run_beside &
+  beside=$!
+  stage sanitize build_and_test sanitize
+  wait "$beside" || true
+  trap - INT TERM
+  for name in tutorial package m32 notices fuzz; do
+    report_stage "$name"
+  done
+  if [[ $web == yes ]]; then
+    report_stage web
+  fi
+elif [[ $web == yes ]]; then
+  stage web tests/web/run.sh build/release
 fi
 if [[ $analyse == yes ]]; then
   stage tidy run_tidy
@@ -185,9 +219,6 @@ if [[ $portable == yes ]]; then
   for preset in libcxx m32 wasm; do
     stage "$preset-all" build_and_test "$preset"
   done
-fi
-if [[ $web == yes ]]; then
-  stage web tests/web/run.sh build/release
 fi
 if [[ $coverage == yes ]]; then
   stage coverage show_coverage
