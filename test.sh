@@ -195,13 +195,13 @@ run_beside() {
 
 if [[ $quick == no ]]; then
   # Both at a time: either has minutes in which it keeps one core at most.
-  trap 'kill 0' INT TERM
+  trap 'trap - INT; kill 0' INT
   rm -f "$logs"/*.end
   run_beside &
   beside=$!
   stage sanitize build_and_test sanitize
   wait "$beside" || true
-  trap - INT TERM
+  trap - INT
   for name in tutorial package m32 notices fuzz; do
     report_stage "$name"
   done
