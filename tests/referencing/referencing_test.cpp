@@ -4,6 +4,7 @@
 #include <random>
 
 #include "table/file_io.h"
+#include "table/number.h"
 #include "tools/common/tool.h"
 #include "tools/referencing/database.h"
 
@@ -179,6 +180,37 @@ TEST(Referencing, AShiftedDepositionComesBack) {
     EXPECT_NEAR(left.offset, 0, 1e-3);
   }
   EXPECT_THROW(rereference(database, "VARS RESID\nFORMAT %d\n1\n"), ToolError);
+}
+
+TEST(Referencing, ADeuteratedSampleIsNotMisreferenced) {
+  // Deuterium next to CA and CB moves them up by 0.5 to 1 ppm in isoadj.tab, and nothing else; the
+  // shifts of a deuterated YbbR domain are those of the other less that.
+  const std::string text = *readWholeFile(PROJECT_ROOT "/examples/ybbr.tab");
+  const Database plain(tables);
+  const Database deuterated(tables, {{"iso", "true"}});
+  const auto secondary = [](const Database& database, const std::string& shifts) {
+    GDB table;
+    table.loadText(shifts);
+    CITRANS run = database.run(table);
+    run.getResInfo();
+    return run.shiftTable;
+  };
+  const GDB without = secondary(plain, text);
+  const GDB with = secondary(deuterated, text);
+  GDB sample;
+  sample.loadText(text);
+  for (std::size_t row = 0; row < without.rowCount(); ++row) {
+    const std::string residue(without.cell(row, "RESID"));
+    const std::string atom(without.cell(row, "ATOMNAME"));
+    const std::size_t at = sample.findRow("RESID", residue, "ATOMNAME", atom);
+    if (at != GDB::noRow) {
+      const double isotope =
+          parseDouble(with.cell(row, "SHIFT")) - parseDouble(without.cell(row, "SHIFT"));
+      sample.setCell(at, "SHIFT", std::to_string(parseDouble(sample.cell(at, "SHIFT")) - isotope));
+    }
+  }
+  EXPECT_TRUE(plain.estimate(sample)[0].applies);
+  EXPECT_FALSE(deuterated.estimate(sample)[0].applies);
 }
 
 } // namespace
