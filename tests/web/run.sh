@@ -17,7 +17,7 @@ cmake --build --preset web --parallel "$(nproc)"
 here=build/web-tests
 mkdir -p "$here"
 cp tests/web/package.json tests/web/*.js "$here"
-(cd "$here" && npm install --no-audit --no-fund --silent)
+(cd "$here" && npm install --no-audit --no-fund --loglevel=error)
 
 rm -rf "$here/expected"
 python3 tests/web/expected.py "$build" . "$here/expected" "$@"
