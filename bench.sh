@@ -118,7 +118,7 @@ printf '\n%-46s %10s\n' "instructions of 96 residues with -ref" percent
 instructions "${small[@]}" >"$out/instructions.txt"
 callgrind_annotate --inclusive=yes "$out/callgrind.out" 2>/dev/null >"$out/steps.txt"
 for step in CITRANS::init CITRANS::fillShiftTable CITRANS::checkCS CITRANS::saveShiftTable \
-  PDB::loadPDB CITRANS::predictProline; do
+  PDB::loadPDB CITRANS::predictProlines; do
   percent="$(grep -m 1 -F ":$step(" "$out/steps.txt" | sed 's/.*(\s*\([0-9.]*\)%).*/\1/')"
   printf '%-46s %10s\n' "$step" "$percent"
 done

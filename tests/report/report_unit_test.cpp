@@ -329,7 +329,7 @@ TEST(About, ATitleIsCutOnlyWhereItIsAPath) {
               {"Raf/RBD.2", "Raf/RBD.2", "Raf/RBD.2"},
               {"shifts/apo", "apo", "apo"}, // the file that citrans read
               {"examples/ybbr.tab", "ybbr.tab", "ybbr.tab"},
-              {"/home/user/my data/apo", "apo", "apo"},
+              {"/my shifts/of it/apo", "apo", "apo"},
               {"", "", "this protein"}};
   for (const auto& row : rows) {
     Inputs inputs;
