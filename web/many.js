@@ -85,10 +85,17 @@ async function showIndex() {
     document.body.classList.add("shown", "listed");
     document.title = page.title;
     byId("index").hidden = false;
-    if (document.activeElement === document.body) byId("index").focus(); // the button to stop is gone
+    focusListIfLost();
   } catch (error) {
     complain(error.message);
   }
+}
+
+/** For the keyboard, when the button to stop is gone. Browsers may let a hidden element keep the focus
+    until they draw the next time. */
+function focusListIfLost() {
+  const holder = document.activeElement;
+  if (holder === document.body || holder.closest("[hidden]")) byId("index").focus();
 }
 
 async function openRow(row) {
@@ -121,6 +128,7 @@ async function saveReports() {
       const { outputs } = await run({ shifts: await readFile(source), structure: null, settings: chosen, outputs: ["html"] });
       zip.add(page, outputs.html);
     });
+    if (done) focusListIfLost();
     if (!done || done.length < reports.length) return;
     zip.add("index.html", await indexPage(rows, linkOf));
     save("citrans.zip", zip.blob());
