@@ -77,7 +77,8 @@ report_stage() {
     failed=$((failed + 1))
     failed_stages+=("$name")
     printf '%-9s %-10s %4d s   the end of %s:\n' FAILED "$name" "$seconds" "$log"
-    tail -n 120 "$log" | sed 's/^/    /'
+    # Without the steps of a build that went well, which would hide what did not.
+    grep -vE '^\[[0-9]+/[0-9]+\] ' "$log" | tail -n 120 | sed 's/^/    /' || true
   fi
   count_tests "$log"
 }
