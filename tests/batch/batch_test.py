@@ -11,7 +11,6 @@ import signal
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 
 BATCH, ROOT = (os.path.abspath(path) for path in sys.argv[1:3])
@@ -216,20 +215,10 @@ class Batch(unittest.TestCase):
         self.assertEqual(done.returncode, 0)
         self.assertIn("crashed\tsignal 14", self.read("out"))
 
-    def test_a_signal_stops_the_batch_and_says_so(self):
+    def start_hanging(self, *arguments):
+        """A batch whose first entry hangs: it, its worker and the program that hangs, once that runs."""
         slow = self.write("slow.str", "data_hangs\n")
-        batch = subprocess.Popen(self.command(slow, "--timeout", "5", "-o", self.path("out")),
-                                 stderr=subprocess.PIPE, text=True, cwd=ROOT)
-        time.sleep(1)
-        batch.send_signal(signal.SIGTERM)
-        _, error = batch.communicate(timeout=60)
-        self.assertEqual(batch.returncode, 128 + signal.SIGTERM)
-        self.assertIn("go on with --resume", error)
-        self.assertFalse(os.path.exists(self.path("out")))
-
-    def test_a_worker_that_dies_costs_one_row(self):
-        slow = self.write("slow.str", "data_hangs\n")
-        batch = subprocess.Popen(self.command(slow, self.example, "-o", self.path("out")),
+        batch = subprocess.Popen(self.command(slow, *arguments, "-o", self.path("out")),
                                  stderr=subprocess.PIPE, text=True, cwd=ROOT)
         below = lambda pid: subprocess.run(["pgrep", "-P", str(pid)], capture_output=True,
                                            text=True).stdout.split()
@@ -237,8 +226,20 @@ class Batch(unittest.TestCase):
         while batch.poll() is None and not importers:
             workers = below(batch.pid)
             importers = below(workers[0]) if workers else []
-        os.kill(int(workers[0]), signal.SIGKILL)
-        os.kill(int(importers[0]), signal.SIGKILL)
+        return batch, int(workers[0]), int(importers[0])
+
+    def test_a_signal_stops_the_batch_and_says_so(self):
+        batch, _, _ = self.start_hanging("--timeout", "5")
+        batch.send_signal(signal.SIGTERM)
+        _, error = batch.communicate(timeout=60)
+        self.assertEqual(batch.returncode, 128 + signal.SIGTERM)
+        self.assertIn("go on with --resume", error)
+        self.assertFalse(os.path.exists(self.path("out")))
+
+    def test_a_worker_that_dies_costs_one_row(self):
+        batch, worker, importer = self.start_hanging(self.example)
+        os.kill(worker, signal.SIGKILL)
+        os.kill(importer, signal.SIGKILL)
         _, error = batch.communicate(timeout=60)
         self.assertEqual((batch.returncode, error), (0, ""))
         rows = self.read("out").splitlines()[1:]
