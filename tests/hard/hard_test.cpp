@@ -74,6 +74,7 @@ TEST(Hard, MessagesShowWhatATerminalWouldObey) {
       {"C1 \xc2\x9b"s + "2J", "C1 \\xc2\\x9b2J"},
       {"after a cut sequence \xe2\x9b", "after a cut sequence \xe2\\x9b"},
       {"overlong \xc0\x9b \xe0\x82\x9b", "overlong \xc0\\x9b \xe0\\x82\\x9b"},
+      // NOLINTNEXTLINE(misc-misleading-bidirectional): what is to be written out
       {"\xe2\x80\xaereversed \xe2\x81\xa6", "\\xe2\\x80\\xaereversed \\xe2\\x81\\xa6"},
       {"\xe2\x80\xa8line", "\\xe2\\x80\\xa8line"},
       {"\xc3\x9b\xc3\xa9 \xce\xb1 \xe2\x82\xac \xf0\x9f\x9b\x91",

@@ -23,7 +23,8 @@ TEST(Text, IsSafeInMarkup) {
       {"\xED\xA0\x80", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"},                 // a surrogate
       {"\xF4\x90\x80\x80", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"}, // past the last
       {"tab\tstays", "tab\tstays"},
-      {"a\u202Eb\u200Fc\u2067d\u0085e", "a\uFFFDb\uFFFDc\uFFFDd\uFFFDe"}, // turned around, hidden
+      // Text that is turned around, or hidden. NOLINTNEXTLINE(misc-misleading-bidirectional)
+      {"a\u202Eb\u200Fc\u2067d\u0085e", "a\uFFFDb\uFFFDc\uFFFDd\uFFFDe"},
       {"\u2013 \u2032 \u03B1", "\u2013 \u2032 \u03B1"},
   };
   for (const auto& row : rows) {

@@ -8,7 +8,7 @@
 
 namespace {
 
-#define SHIFTS "VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n"
+const std::string shiftColumns = "VARS RESID RESNAME ATOMNAME SHIFT\nFORMAT %d %s %s %f\n";
 
 const std::string examples = CITRANS_SOURCE_DIR "/examples/";
 const std::string tables = CITRANS_SOURCE_DIR "/tab";
@@ -77,26 +77,24 @@ TEST(Library, RunsLeaveNothingToEachOther) {
 TEST(Library, TheEndOfTheProgramReachesTheCaller) {
   const std::string noRows = "DATA SEQUENCE AP\nVARS RESID\nFORMAT %d\n";
   const struct {
-    const char* shifts;
+    std::string shifts;
     CITRANS::Options options;
     int status;
     std::string message;
-  } rows[] = {{"",
-               {},
-               -1,
-               " A full amino acid sequence is required in the DATA SEQUENCE header, exit ...\n"},
-              {"DATA SEQUENCE AP\n", {}, -1, " No entry found in the VARS header, exit ...\n"},
-              {noRows.c_str(),
-               {{"in", "x\x1b.tab"}},
-               -1,
-               " No chemical shift data found in file x\\x1b.tab\n"},
-              {"DATA SEQUENCE AP\n" SHIFTS "1 A CA 50\n", {{"check", "true"}}, -1, ""},
-              {"DATA SEQUENCE AP\n" SHIFTS "1 A CA 50\n",
-               {{"ref", "none.pdb"}},
-               0,
-               "\tCan't open file none.pdb for reading\n"},
-              {"VARS A\nFORMAT %ld\n", {}, 0, "\tBad format syntax '%ld'\n"},
-              {"", {{"help", "help"}}, 0, ""}};
+  } rows[] = {
+      {"",
+       {},
+       -1,
+       " A full amino acid sequence is required in the DATA SEQUENCE header, exit ...\n"},
+      {"DATA SEQUENCE AP\n", {}, -1, " No entry found in the VARS header, exit ...\n"},
+      {noRows, {{"in", "x\x1b.tab"}}, -1, " No chemical shift data found in file x\\x1b.tab\n"},
+      {"DATA SEQUENCE AP\n" + shiftColumns + "1 A CA 50\n", {{"check", "true"}}, -1, ""},
+      {"DATA SEQUENCE AP\n" + shiftColumns + "1 A CA 50\n",
+       {{"ref", "none.pdb"}},
+       0,
+       "\tCan't open file none.pdb for reading\n"},
+      {"VARS A\nFORMAT %ld\n", {}, 0, "\tBad format syntax '%ld'\n"},
+      {"", {{"help", "help"}}, 0, ""}};
   for (const auto& row : rows) {
     CITRANS run = loadedDatabase();
     try {
@@ -121,7 +119,7 @@ TEST(Library, PrintedLinesGoWhereTheCallerWants) {
   run.randTable.loadText("VARS RESNAME CA CB HA C\nFORMAT %s %f %f %f %f\nA 52.5 19 4.3 178\n");
   run.limitsTable.loadText("VARS RESNAME CA_MIN CB_MAX HA_MIN C_MIN\nFORMAT %s %f %f %f %f\n"
                            "A -3.5 2 -1 -9\n");
-  run.inputTable.loadText("DATA SEQUENCE AP\n" SHIFTS
+  run.inputTable.loadText("DATA SEQUENCE AP\n" + shiftColumns +
                           "1 G CA 45\n1 A CB 20\n1 A HA 4.2\n1 A C 177\n");
   run.predictInput();
   EXPECT_EQ(out, "Analyzing Chemical Shifts \n\nChecking for Chemical Shift Outliers ...\n"

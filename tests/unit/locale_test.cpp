@@ -77,11 +77,12 @@ TEST(Locale, NumbersReadAsInC) {
       "-inf",    "+nan",   "-nan",     "nan(1.5)", // hexadecimal, no numbers
       "infin.5", "1.e.5",  "+1.5.",    "9007199254740993.5000001"};
   std::vector<double> expected;
+  expected.reserve(std::size(texts));
   for (const char* text : texts) {
     expected.push_back(std::strtod(text, nullptr));
   }
   const CommaLocale comma;
-  if (!comma.isSet()) {
+  if (!CommaLocale::isSet()) {
     GTEST_SKIP() << "no locale with a decimal comma";
   }
   for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -94,7 +95,7 @@ TEST(Locale, NumbersReadAsInC) {
 
 TEST(Locale, NumbersPrintAsInC) {
   const CommaLocale comma;
-  if (!comma.isSet()) {
+  if (!CommaLocale::isSet()) {
     GTEST_SKIP() << "no locale with a decimal comma";
   }
   char text[256];
@@ -114,7 +115,7 @@ TEST(Locale, ARunIsTheSame) {
   const std::string expected = textsOfARun();
   EXPECT_NE(expected.find("Estimated Referencing Offset"), std::string::npos);
   const CommaLocale comma;
-  if (!comma.isSet()) {
+  if (!CommaLocale::isSet()) {
     GTEST_SKIP() << "no locale with a decimal comma";
   }
   EXPECT_EQ(textsOfARun(), expected);

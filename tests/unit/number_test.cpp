@@ -86,8 +86,8 @@ TEST(Number, DecimalsHaveTheVeryBitsOfStrtod) {
   std::vector<std::string> texts = {"",      "-",     ".",   "-0",   "5.",  "-.5",
                                     "1e5",   "0x1p3", "inf", "-nan", " 7 ", "999999999999999",
                                     "1e-400"};
-  texts.push_back("1.00000017881393432617187499"); // rounds to another float without the double
-  texts.push_back("9007199254740993");             // 2^53 + 1
+  texts.emplace_back("1.00000017881393432617187499"); // rounds to another float without the double
+  texts.emplace_back("9007199254740993");             // 2^53 + 1
   for (int i = 0; i < 100000; ++i) {
     texts.push_back(randomNumberText(random));
   }

@@ -214,17 +214,17 @@ TEST(Shifts, AnOffsetNeedsTenPointsInASetAndElevenInAll) {
     const char* name;
     double ca, ha, c;
     bool shortage;
-    double spread = 0.001; // of the shifts about 5 ppm; 0 leaves the fits without an error
-  } rows[] = {{11, 0, "A", 4.906, 4.911, 5.272, false},
-              {0, 11, "A", 4.541, 5.008, 4.774, false},
-              {10, 0, "A", none, none, none, false},
-              {10, 1, "A", 4.906, 4.911, 5.272, false},
-              {9, 9, "A", none, none, none, true},
-              {0, 0, "A", none, none, none, false},
-              {20, 10, "A", 143.53 / 30, 148.30 / 30, 153.18 / 30, false}, // weighted means
+    double spread; // of the shifts about 5 ppm; 0 leaves the fits without an error
+  } rows[] = {{11, 0, "A", 4.906, 4.911, 5.272, false, 0.001},
+              {0, 11, "A", 4.541, 5.008, 4.774, false, 0.001},
+              {10, 0, "A", none, none, none, false, 0.001},
+              {10, 1, "A", 4.906, 4.911, 5.272, false, 0.001},
+              {9, 9, "A", none, none, none, true, 0.001},
+              {0, 0, "A", none, none, none, false, 0.001},
+              {20, 10, "A", 143.53 / 30, 148.30 / 30, 153.18 / 30, false, 0.001}, // weighted means
               {11, 11, "A", none, none, none, false, 0},
-              {20, 10, "P", none, none, none, false},
-              {20, 10, "c", none, none, none, false}};
+              {20, 10, "P", none, none, none, false, 0.001},
+              {20, 10, "c", none, none, none, false, 0.001}};
   for (const auto& row : rows) {
     CITRANS run;
     // Residues are visited as 100, 101, ..., so the text order is the order of the numbers.
