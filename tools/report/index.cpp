@@ -29,7 +29,7 @@ constexpr std::array<Filter, 6> filters = {{{"all", "all"},
 /// What the list shows of one entry, and the kinds that it is of.
 struct Row {
   std::string cis, undecided, disagreeing, changed, offset, kinds = "all";
-  std::size_t cisCount = 0, undecidedCount = 0;
+  std::size_t cisCount = 0, transCount = 0, undecidedCount = 0, uncalledCount = 0;
 
   bool isOf(const std::string& kind) const {
     return (" " + kinds + " ").find(" " + kind + " ") != std::string::npos;
@@ -48,6 +48,10 @@ void takeProline(const IndexProline& proline, Row& row) {
   } else if (proline.call == "undecided") {
     ++row.undecidedCount;
     append(row.undecided, label);
+  } else if (proline.call == "trans") {
+    ++row.transCount;
+  } else {
+    ++row.uncalledCount;
   }
   if (proline.disagrees) {
     append(row.disagreeing, label);
@@ -79,6 +83,11 @@ PageData shownIf(const std::string& labels) {
   return labels.empty() ? PageData(false) : PageData("labels", labels);
 }
 
+/// A number that stands out where there is something to count.
+std::string countCell(std::size_t count) {
+  return count > 0 ? std::to_string(count) : "";
+}
+
 PageData rowData(const IndexEntry& entry, const Row& row) {
   PageData data;
   data.set("kinds", row.kinds);
@@ -87,6 +96,7 @@ PageData rowData(const IndexEntry& entry, const Row& row) {
   data.set("href", entry.page);
   data.set("protein", entry.protein);
   data.set("prolines", entry.hasReport ? std::to_string(entry.prolines.size()) : "");
+  data.set("uncalled", countCell(row.uncalledCount));
   data.set("cis", shownIf(row.cis));
   data.set("undecided", shownIf(row.undecided));
   data.set("disagreeing", row.disagreeing);
@@ -115,12 +125,16 @@ PageData filterData(const std::vector<Row>& rows, bool reference) {
 }
 
 PageData columnData(bool reference) {
-  const std::pair<const char*, bool> columns[] = {
-      {"Entry", false},      {"Protein", false},
-      {"Prolines", true},    {"Cis", false},
-      {"Undecided", false},  {"Against the structure", false},
-      {"Offset, ppm", true}, {"Calls that it changes", false},
-      {"Remarks", false}};
+  const std::pair<const char*, bool> columns[] = {{"Entry", false},
+                                                  {"Protein", false},
+                                                  {"Prolines", true},
+                                                  {"No call", true},
+                                                  {"Cis", false},
+                                                  {"Undecided", false},
+                                                  {"Against the structure", false},
+                                                  {"Offset, ppm", true},
+                                                  {"Calls that it changes", false},
+                                                  {"Remarks", false}};
   PageData list = pageList();
   for (const auto& [label, number] : columns) {
     if (!reference && std::string(label) == "Against the structure") {
@@ -134,20 +148,26 @@ PageData columnData(bool reference) {
   return list;
 }
 
+std::string entryCount(std::size_t count) {
+  return count == 1 ? "1 entry" : std::to_string(count) + " entries";
+}
+
 std::string countText(const std::vector<IndexEntry>& entries, const std::vector<Row>& rows) {
   std::size_t prolines = 0;
-  std::size_t cis = 0;
-  std::size_t undecided = 0;
   for (const IndexEntry& entry : entries) {
     prolines += entry.prolines.size();
   }
+  Row sum;
   for (const Row& row : rows) {
-    cis += row.cisCount;
-    undecided += row.undecidedCount;
+    sum.cisCount += row.cisCount;
+    sum.transCount += row.transCount;
+    sum.undecidedCount += row.undecidedCount;
+    sum.uncalledCount += row.uncalledCount;
   }
-  return (rows.size() == 1 ? "1 entry" : std::to_string(rows.size()) + " entries") + ", " +
-         counted(prolines, "proline") + ": " + std::to_string(cis) + " cis, " +
-         std::to_string(undecided) + " undecided.";
+  return entryCount(rows.size()) + ", " + counted(prolines, "proline") + ": " +
+         std::to_string(sum.cisCount) + " cis, " + std::to_string(sum.transCount) + " trans, " +
+         std::to_string(sum.undecidedCount) + " undecided, " + std::to_string(sum.uncalledCount) +
+         " without a call.";
 }
 
 } // namespace
@@ -164,9 +184,7 @@ std::string indexPage(const std::vector<IndexEntry>& entries) {
     list << rowData(entries[i], rows[i]);
   }
   PageData page;
-  page.set("title", "Cis and trans prolines of " +
-                        (entries.size() == 1 ? std::string("1 entry")
-                                             : std::to_string(entries.size()) + " entries"));
+  page.set("title", "Cis and trans prolines of " + entryCount(entries.size()));
   page.set("style", pageStyle());
   page.set("code", std::string(embedded::indexCode));
   page.set("codeHash", std::string(embedded::indexCodeHash));

@@ -18,7 +18,7 @@
   function makeGrid() {
     const last = headings.length - 1;
     const widths = headings.map((heading, column) =>
-      heading.classList.contains("number") ? [6, 1] :
+      heading.classList.contains("number") ? [5, 1] :
           column === 0 ? [8, 3] : column === last ? [10, 3] : [7, 2]);
     const columns = widths.map(([least, share]) => `minmax(${least}em, ${share}fr)`);
     table.style.setProperty("--columns", columns.join(" "));
