@@ -87,11 +87,17 @@ struct Inputs {
   std::string referenceTitle; ///< of the reference structure; empty without one
   std::vector<SummaryRow> summary;
   std::vector<ShiftRow> shifts;
-  std::map<int, std::string> sequence;
+  std::map<int, std::string> sequence; ///< one-letter names by table number
   int residueCount = 0;
   std::map<int, std::string> authors; ///< author number by table number; empty without a map
   std::vector<std::string> warnings;  ///< plain text
 
+  /// Table numbers of the ends of the sequence: 1 and its length unless the table has FIRST_RESID.
+  int firstResidue() const { return sequence.empty() ? 1 : sequence.begin()->first; }
+  int lastResidue() const { return sequence.empty() ? 0 : sequence.rbegin()->first; }
+  /// Whether citrans looks at a residue with both its neighbours: it prepares shifts of residues 1
+  /// to residueCount, whatever their numbers in the sequence.
+  bool isInReach(int residue) const { return residue > 1 && residue < residueCount; }
   /// The number to show: the author's where the map has one, else the table's.
   std::string number(int residue) const;
   /// "Pro82", with the number to show.

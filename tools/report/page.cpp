@@ -15,11 +15,15 @@ constexpr int residuesPerPicture = 35; // as wide as a narrow phone
 
 void fillSequence(const Report& report, PageData& page) {
   PageData stretches = pageList();
-  for (int first = 1; first <= report.inputs.residueCount; first += residuesPerPicture) {
-    const int last = std::min(first + residuesPerPicture - 1, report.inputs.residueCount);
-    stretches << PageData("picture", sequencePicture(report, first, last).inlined());
+  const Tracks tracks = sequenceTracks(report);
+  const int end = report.inputs.lastResidue();
+  for (int first = report.inputs.firstResidue(); first <= end; first += residuesPerPicture) {
+    const int last = std::min(first + residuesPerPicture - 1, end);
+    stretches << PageData("picture", sequencePicture(report, tracks, first, last).inlined());
   }
   page.set("stretches", stretches);
+  page.set("hasShifts", !tracks.empty());
+  page.set("nucleiLeftOut", !areAll(tracks));
 }
 
 } // namespace

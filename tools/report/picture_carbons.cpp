@@ -15,8 +15,10 @@ constexpr double wordLine = bottom - 5;
 /// What the picture shows, ppm; beyond it the mark stands at the edge.
 constexpr double low = 1;
 constexpr double high = 13;
-/// The words stand near the ends, where few prolines have their mark.
+/// The words stand near the ends, or beside a mark that would cross them there, px.
 constexpr double margin = 6;
+constexpr double transWidth = 36;
+constexpr double cisWidth = 22;
 
 double x(double ppm) {
   return left + (right - left) * (std::clamp(ppm, low, high) - low) / (high - low);
@@ -24,6 +26,16 @@ double x(double ppm) {
 
 void drawBand(Picture& picture, double from, double to, const char* shade) {
   picture.rectangle(x(from), top, x(to) - x(from), bottom - top, shade);
+}
+
+/// "trans" and "cis" in their bands, clear of the mark.
+void drawWords(Picture& picture, double mark) {
+  const double transStart = left + margin;
+  const double cisEnd = right - margin;
+  const bool onTrans = mark < transStart + transWidth;
+  const bool onCis = mark > cisEnd - cisWidth;
+  picture.text(onTrans ? mark + margin : transStart, wordLine, "start", "trans", "trans");
+  picture.text(onCis ? mark - margin : cisEnd, wordLine, "end", "cis", "cis");
 }
 
 } // namespace
@@ -38,10 +50,9 @@ Picture carbonsPicture(const Report& report, const ProlineReport& proline) {
   drawBand(picture, low, carbons::transBelow, "trans-soft");
   drawBand(picture, carbons::transBelow, carbons::cisAbove, "shade");
   drawBand(picture, carbons::cisAbove, high, "cis-soft");
-  picture.text(left + margin, wordLine, "start", "trans", "trans");
+  drawWords(picture, x(difference));
   picture.text(x((carbons::transBelow + carbons::cisAbove) / 2), wordLine, "middle", "muted small",
                "open");
-  picture.text(right - margin, wordLine, "end", "cis", "cis");
   for (const double limit : {carbons::transBelow, carbons::cisAbove}) {
     picture.line(x(limit), top, x(limit), bottom + 3, "zero");
     picture.text(x(limit), bottom + 16, "middle", "muted small",

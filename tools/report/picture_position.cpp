@@ -116,11 +116,12 @@ void drawObserved(Picture& picture, const Scale& scale, const Term& term) {
                "ink");
 }
 
-/// "CB less random coil: 2.32 ppm", "CG: 24.60 ppm": name and value in one line.
+/// "CB less random coil: 2.32 ppm", "CG: 24.60 ppm": name and value in one line, the name shorter
+/// where there is more to say.
 std::string heading(const Term& term) {
   const std::string value = decimal(term.shift, 2) + " ppm";
   if (term.clipped) {
-    return term.atom + ": " + value + ", clipped to " + decimal(term.used, 2);
+    return term.atom + " less coil: " + value + ", clipped to " + decimal(term.used, 2);
   }
   return term.atom + (term.kind == Term::Kind::cg ? ": " : " less random coil: ") +
          (term.present ? value : "no shift");

@@ -15,12 +15,22 @@ constexpr double headHeight = 34;
 constexpr double trackHeight = 38;
 constexpr double trackGap = 6;
 
-/// The tracks from top to bottom; a bar reaches the edge of its track at the scale.
+/// All tracks from top to bottom; a bar reaches the edge of its track at the scale.
 constexpr struct {
   const char* atom;
   double scale; ///< ppm
-} tracks[] = {{"CA", 5}, {"CB", 5}, {"C", 5}, {"HA", 1}, {"N", 10}, {"HN", 1.5}};
-constexpr double trackCount = static_cast<double>(std::size(tracks));
+} allTracks[] = {{"CA", 5}, {"CB", 5}, {"C", 5}, {"HA", 1}, {"N", 10}, {"HN", 1.5}};
+
+double scaleOf(const std::string& atom) {
+  const auto* const track = std::find_if(std::begin(allTracks), std::end(allTracks),
+                                         [&atom](const auto& each) { return each.atom == atom; });
+  return track->scale;
+}
+
+/// What a shift is of; an amide proton may be called H.
+std::string nucleusOf(const ShiftRow& row) {
+  return row.atom == "H" ? "HN" : row.atom;
+}
 
 double columnX(int residue, int first) {
   return left + (residue - first) * step;
@@ -31,8 +41,8 @@ double trackMiddle(std::size_t track) {
          static_cast<double>(track) * trackGap;
 }
 
-double picturesBottom() {
-  return headHeight + trackCount * (trackHeight + trackGap);
+double bottomOf(const Tracks& tracks) {
+  return headHeight + static_cast<double>(tracks.size()) * (trackHeight + trackGap);
 }
 
 using OutlierSet = std::set<std::pair<int, std::string>>;
@@ -47,7 +57,7 @@ OutlierSet outliersOf(const Report& report, int first, int last) {
   return outliers;
 }
 
-void drawLetters(Picture& picture, const Report& report, int first, int last) {
+void drawLetters(Picture& picture, const Report& report, double bottom, int first, int last) {
   for (int residue = first; residue <= last; ++residue) {
     const auto name = report.inputs.sequence.find(residue);
     const ProlineReport* const proline = report.proline(residue);
@@ -56,7 +66,7 @@ void drawLetters(Picture& picture, const Report& report, int first, int last) {
     if (proline != nullptr) {
       const std::string call = callName(proline->verdict.call);
       style += call == "none" ? "" : " " + call;
-      picture.rectangle(columnX(residue, first), 16, step, picturesBottom() - 16,
+      picture.rectangle(columnX(residue, first), 16, step, bottom - 16,
                         call == "none" ? "shade" : call + "-soft",
                         report.inputs.residueLabel(residue) + ": " + proline->verdict.headline);
     }
@@ -70,48 +80,48 @@ void drawLetters(Picture& picture, const Report& report, int first, int last) {
   }
 }
 
-void drawTracks(Picture& picture, int first, int last) {
+void drawTracks(Picture& picture, const Tracks& tracks, int first, int last) {
   const double right = columnX(last + 1, first);
-  for (std::size_t track = 0; track < std::size(tracks); ++track) {
+  for (std::size_t track = 0; track < tracks.size(); ++track) {
     const double middle = trackMiddle(track);
+    const double scale = scaleOf(tracks[track]);
     picture.line(left, middle, right, middle, "zero");
-    picture.text(left - 8, middle, "end", "strong", atomLabel(tracks[track].atom));
+    picture.text(left - 8, middle, "end", "strong", atomLabel(tracks[track]));
     picture.text(left - 8, middle + 14, "end", "muted small",
-                 "±" + decimal(tracks[track].scale, tracks[track].scale == 1.5 ? 1 : 0));
+                 "±" + decimal(scale, scale == 1.5 ? 1 : 0));
   }
 }
 
 /// The marks of one shift: a bar up or down, or a small gap mark.
-void drawShift(Picture& picture, const Report& report, const OutlierSet& outliers,
-               const ShiftRow& row, int first) {
-  const std::string atom = row.atom == "H" ? "HN" : row.atom;
-  for (std::size_t track = 0; track < std::size(tracks); ++track) {
-    if (atom != tracks[track].atom) {
-      continue;
-    }
-    const double shift = std::strtod(row.shiftText.c_str(), nullptr);
-    const double scale = tracks[track].scale;
-    const double length = std::min(std::fabs(shift), scale) / scale * trackHeight / 2;
-    const double middle = trackMiddle(track);
-    const double x = columnX(row.residue, first) + (step - barWidth) / 2;
-    const bool outlier = outliers.count({row.residue, atom}) > 0;
-    picture.rectangle(x, shift > 0 ? middle - length : middle, barWidth, length,
-                      outlier ? "warn" : "bar",
-                      atomLabel(atom) + " of " + report.inputs.residueLabel(row.residue) + ": " +
-                          signedDecimal(shift, 2) + " ppm");
-    if (outlier) {
-      picture.text(x + barWidth / 2, shift > 0 ? middle + 12 : middle - 4, "middle", "warn small",
-                   "!");
-    }
+void drawShift(Picture& picture, const Report& report, const Tracks& tracks,
+               const OutlierSet& outliers, const ShiftRow& row, int first) {
+  const std::string atom = nucleusOf(row);
+  const auto track = std::find(tracks.begin(), tracks.end(), atom);
+  if (track == tracks.end()) {
+    return;
+  }
+  const double shift = std::strtod(row.shiftText.c_str(), nullptr);
+  const double scale = scaleOf(atom);
+  const double length = std::min(std::fabs(shift), scale) / scale * trackHeight / 2;
+  const double middle = trackMiddle(static_cast<std::size_t>(track - tracks.begin()));
+  const double x = columnX(row.residue, first) + (step - barWidth) / 2;
+  const bool outlier = outliers.count({row.residue, atom}) > 0;
+  picture.rectangle(x, shift > 0 ? middle - length : middle, barWidth, length,
+                    outlier ? "warn" : "bar",
+                    atomLabel(atom) + " of " + report.inputs.residueLabel(row.residue) + ": " +
+                        signedDecimal(shift, 2) + " ppm");
+  if (outlier) {
+    picture.text(x + barWidth / 2, shift > 0 ? middle + 12 : middle - 4, "middle", "warn small",
+                 "!");
   }
 }
 
 /// Dots where an atom was not observed; prolines have no HN and their N is not used.
-void drawGaps(Picture& picture, const Report& report, int first, int last) {
+void drawGaps(Picture& picture, const Report& report, const Tracks& tracks, int first, int last) {
   for (int residue = first; residue <= last; ++residue) {
     const auto name = report.inputs.sequence.find(residue);
-    for (std::size_t track = 0; track < std::size(tracks); ++track) {
-      const std::string atom = tracks[track].atom;
+    for (std::size_t track = 0; track < tracks.size(); ++track) {
+      const std::string& atom = tracks[track];
       const bool expected = name != report.inputs.sequence.end() &&
                             !(name->second == "P" && (atom == "N" || atom == "HN")) &&
                             !(name->second == "G" && atom == "CB");
@@ -128,22 +138,40 @@ void drawGaps(Picture& picture, const Report& report, int first, int last) {
 
 } // namespace
 
-Picture sequencePicture(const Report& report, int first, int last) {
-  Picture picture("shifts-" + std::to_string(first), columnX(last + 1, first) + 4,
-                  picturesBottom());
+Tracks sequenceTracks(const Report& report) {
+  std::set<std::string> present;
+  for (const ShiftRow& row : report.inputs.shifts) {
+    present.insert(nucleusOf(row));
+  }
+  Tracks tracks;
+  for (const auto& track : allTracks) {
+    if (present.count(track.atom) > 0) {
+      tracks.emplace_back(track.atom);
+    }
+  }
+  return tracks;
+}
+
+bool areAll(const Tracks& tracks) {
+  return tracks.size() == std::size(allTracks);
+}
+
+Picture sequencePicture(const Report& report, const Tracks& tracks, int first, int last) {
+  const double bottom = bottomOf(tracks);
+  Picture picture("shifts-" + std::to_string(first), columnX(last + 1, first) + 4, bottom);
   picture.setTitle("Secondary shifts of residues " + report.inputs.number(first) + " to " +
                    report.inputs.number(last));
   picture.setDescription("Bars above the line are positive, below negative, in ppm; a small square "
                          "on the line is an atom without a shift, an exclamation mark an outlier. "
                          "Prolines are shaded by their call.");
-  drawLetters(picture, report, first, last);
-  drawTracks(picture, first, last);
-  drawGaps(picture, report, first, last);
+  drawLetters(picture, report, bottom, first, last);
+  drawTracks(picture, tracks, first, last);
+  drawGaps(picture, report, tracks, first, last);
   const OutlierSet outliers = outliersOf(report, first, last);
   const auto begin = report.inputs.shiftIndex.lower_bound({first, ""});
   const auto end = report.inputs.shiftIndex.lower_bound({last + 1, ""});
   for (auto at = begin; at != end; ++at) {
-    drawShift(picture, report, outliers, report.inputs.shifts[at->second], first);
+    drawShift(picture, report, tracks, outliers, report.inputs.shifts[at->second], first);
   }
   return picture;
 }

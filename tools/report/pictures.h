@@ -26,9 +26,15 @@ Picture carbonsPicture(const Report& report, const ProlineReport& proline);
 /// The sum of one proline as a small bar for a table cell.
 Picture sumPicture(const Report& report, const ProlineReport& proline);
 
+/// The atoms with a track of secondary shifts, from top to bottom: those with any shift.
+using Tracks = std::vector<std::string>;
+Tracks sequenceTracks(const Report& report);
+/// Whether none is left out.
+bool areAll(const Tracks& tracks);
+
 /// Secondary shifts of the residues first to last, a track for each atom; prolines stand out by
 /// their call, outliers by an exclamation mark.
-Picture sequencePicture(const Report& report, int first, int last);
+Picture sequencePicture(const Report& report, const Tracks& tracks, int first, int last);
 
 /// Largest contribution that the bars show in full: that of the report, rounded up, at most 10.
 double contributionScale(const Report& report);

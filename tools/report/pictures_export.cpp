@@ -43,10 +43,12 @@ std::vector<Output> pictureFiles(const Report& report, const std::string& target
       addProline(report, proline, target, files);
     }
   }
-  for (int first = 1; first <= report.inputs.residueCount; first += residuesPerPicture) {
-    const int last = std::min(first + residuesPerPicture - 1, report.inputs.residueCount);
+  const Tracks tracks = sequenceTracks(report);
+  const int end = report.inputs.lastResidue();
+  for (int first = report.inputs.firstResidue(); first <= end; first += residuesPerPicture) {
+    const int last = std::min(first + residuesPerPicture - 1, end);
     files.push_back({target + "/secondary-shifts-" + std::to_string(first) + ".svg",
-                     sequencePicture(report, first, last).standalone()});
+                     sequencePicture(report, tracks, first, last).standalone()});
   }
   return files;
 }
