@@ -3,9 +3,9 @@
     render.py PAGE.html... [--pictures FOLDER] [--axe axe.min.js]
 
 Every page is shown wide, narrow (320 and 390 px), dark and as on paper. A page fails when it is
-wider than its window, when it holds text of less than 11 px as shown (7.5 pt on paper), when a text of a picture leaves the
-picture, when it logs anything (errors of scripts, refused requests), or when it asks for anything
-but itself. With --pictures, what was seen is kept as PNG files; with --axe, axe-core looks at every
+wider than its window, when a link leads nowhere in it, when it holds text of less than 11 px as
+shown (7.5 pt on paper), when a text of a picture leaves the picture, when it logs anything (errors
+of scripts, refused requests), or when it asks for anything but itself. With --pictures, what was seen is kept as PNG files; with --axe, axe-core looks at every
 page too, and a page fails when it finds anything.
 
 Chromium is spoken to over a pipe (its DevTools protocol), with a profile of its own. Exit status:
@@ -52,6 +52,9 @@ PROBE = """(() => {
   }
   const ids = [...document.querySelectorAll('[id]')].map(node => node.id);
   for (const id of ids.filter((id, i) => ids.indexOf(id) !== i)) faults.push(`id twice: ${id}`);
+  for (const link of document.querySelectorAll('a[href^="#"]'))
+    if (!document.getElementById(link.getAttribute('href').slice(1)))
+      faults.push(`link to nowhere: ${link.getAttribute('href')}`);
   return faults;
 })()"""
 

@@ -54,7 +54,9 @@ def tables(folder):
     return [("long", example, reference + ["-inTitle", long_name],
              ["--map", os.path.join(folder, "map.tsv")]),
             ("off", off, reference, []), ("offset", off, ["-offset"], []),
-            ("bare", bare, [], []), ("odd", odd, ["-noclip"], ["--noclip"])]
+            ("bare", bare, [], []), ("odd", odd, ["-noclip"], ["--noclip"]),
+            ("offset-reference", off, ["-offset", *reference], []),
+            ("unpredicted", os.path.join(ROOT, "examples/plastocyanin.tab"), [], [])]
 
 
 def make_pages(folder):
@@ -100,6 +102,10 @@ USE = """(async () => {
     expect(label.trim().endsWith(` ${count}`), `the count of ${kind}`);
   }
   expect(shown().every(row => !row.querySelector('a')), 'a failed entry has no page');
+  const cell = (row, name) => row.cells[[...document.querySelectorAll('th')]
+      .findIndex(heading => heading.textContent === name)].textContent;
+  const bean = rows().find(row => row.textContent.includes('plastocyanin.tab'));
+  expect(cell(bean, 'Prolines') === '7' && cell(bean, 'No call') === '7', 'protons make no calls');
   choose('all');
   form.elements.words.value = 'TAB UBIQ';
   choose('all');
@@ -117,6 +123,26 @@ USE = """(async () => {
   }
   return faults;
 })()"""
+
+
+# On paper: two prolines of an A4 page less its margins (see VIEWS), 273 mm high.
+TALLEST = """[...document.querySelectorAll('.proline')].map(
+  card => card.getBoundingClientRect()).filter(box => box.height > 273 / 25.4 * 96 / 2).length"""
+
+
+def print_pages(pages):
+    """Pages with a proline that takes more than half a sheet."""
+    with tempfile.TemporaryDirectory(prefix="render-", ignore_cleanup_errors=True) as profile:
+        browser = render.Browser(render.find_chromium(), profile)
+        try:
+            faults = []
+            for page in pages:
+                browser.show(page.as_uri(), **render.VIEWS["print"])
+                tall = browser.evaluate(TALLEST)
+                faults += [f"{page.name}: {tall} prolines take more than half a page"] if tall else []
+            return faults
+        finally:
+            browser.close()
 
 
 def use_list(page):
@@ -147,6 +173,7 @@ def main():
             print("skipped: no Chromium (apt-get install chromium)")
             return 77
         faults += use_list(pages[-1])
+        faults += print_pages(pages)
         found = " ".join(render.check_pages([broken_page(folder)], axe=axe))
         for sign in ("px wide", "text of 6.00 px", "script error", "asked for",
                      *(["axe: image-alt"] if axe else [])):

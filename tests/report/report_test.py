@@ -81,7 +81,7 @@ def unfiltered(data, width, height, channels):
 class Page(html.parser.HTMLParser):
     """Elements, attributes and text of a page; an element left open is an error."""
 
-    VOID = {"meta", "link", "rect", "line", "path"}
+    VOID = {"meta", "link", "br", "rect", "line", "path"}
 
     def __init__(self, text):
         super().__init__()
@@ -543,6 +543,76 @@ class Report(unittest.TestCase):
         self.predict("-last", "50", shifts=self.path("ends.tab"))
         self.assertIn("outside the range", self.json()["prolines"][5]["evidence"])
         self.assertEqual((prolines[0]["call"], prolines[0]["predicted"]), (None, False))
+
+    def test_prolines_that_first_resid_puts_out_of_reach_are_told_from_the_last(self):
+        """citrans prepares the residues 1 to 96 of 96, whatever FIRST_RESID says."""
+        with open(os.path.join(ROOT, "examples/ybbr.tab")) as file:
+            shifts = self.write("from33.tab", "DATA FIRST_RESID 33\n" + "".join(
+                f"{int(line[:4]) + 32:4}{line[4:]}" if line[:4].strip().isdigit() else line
+                for line in file if "FIRST_RESID" not in line))
+        self.predict(shifts=shifts)
+        run = self.report("--json", "-", "--svg", "svg")
+        self.assertIn("from 33 on (FIRST_RESID)", run.stderr)
+        report = json.loads(run.stdout)
+        self.assertEqual([(p["resid"], p["predicted"]) for p in report["prolines"]],
+                         [(41, True), (53, True), (63, True), (74, True), (92, True),
+                          (103, False), (105, False), (114, False)])
+        for proline in report["prolines"][5:]:
+            self.assertIn("residues 1 to 96", proline["evidence"])
+        self.assertIn("from 33 on", " ".join(each["text"] for each in report["attention"]))
+        self.assertEqual(sorted(name for name in os.listdir(self.path("svg")) if "shifts" in name),
+                         ["secondary-shifts-113.svg", "secondary-shifts-33.svg"])
+
+    def test_calls_of_runs_that_the_cross_validation_had_not_are_not_said_to_be_right(self):
+        for options, flags, known in (([], [], True), (["-noclip"], ["--noclip"], False),
+                                      (["-offset"], [], False)):
+            self.predict(*options, shifts=self.shifted("shifted.tab", 2.7))
+            self.assertEqual("such calls right" in self.report(*flags).stdout, known, options)
+            for proline in self.json(*flags)["prolines"]:
+                self.assertEqual(proline["such_calls"]["calls"] > 0, known)
+                self.assertEqual(proline["such_calls"]["right"] is not None, known)
+
+    def test_outliers_that_the_offset_does_not_explain_come_first(self):
+        self.predict(shifts=self.shifted("shifted.tab", 2.7))
+        others = [row for row in self.json()["outliers"] if not row["by_offset"]]
+        self.assertTrue(0 < len(others) < 10)
+        text = Page(self.report().stdout).text
+        rows = text[text.index("secondary shifts lie outside"):].split("\nRemark")[-1]
+        before = rows[:rows.index("within it without the offset")]
+        for row in others:
+            self.assertIn(f"{row['author']}{row['atom']}", before)
+
+    def test_tracks_and_words_of_the_pictures(self):
+        """Nuclei without shifts have no track; the mark of CB - CG crosses no word."""
+        with open(os.path.join(ROOT, "examples/ybbr.tab")) as file:
+            lines = [line.split() for line in file]
+        wanted = {9: 1.2, 21: 2.4, 31: 3.6, 42: 5.0, 60: 9.0, 71: 11.9, 73: 12.4, 82: 20.0}
+        cg = {int(w[0]): float(w[3]) for w in lines if w[1:3] == ["P", "CG"]}
+        rows = [(int(w[0]), w[1], w[2], cg[int(w[0])] + wanted[int(w[0])]
+                 if w[1:3] == ["P", "CB"] else float(w[3]))
+                for w in lines if len(w) == 4 and w[0].isdigit() and w[2][:2] not in ("HA", "N")]
+        head = [" ".join(w) for w in lines if w[:1] in (["DATA"], ["VARS"], ["FORMAT"])]
+        self.predict(shifts=self.write("few.tab", "\n".join(head) + "\n" + "".join(
+            "%4d %1s %4s %8.3f\n" % row for row in rows)))
+        self.report("--svg", "svg")
+        words = self.words("secondary-shifts-1")
+        self.assertEqual([word for word, x, anchor in words if anchor == "end" and word[0] != "±"],
+                         ["CA", "CB", "C′", "HN"])
+        for residue, difference in wanted.items():
+            name = f"P{residue}-CB-CG"
+            mark = float(self.read(f"svg/{name}.svg").split('class="mark"')[0].split('x1="')[-1]
+                         .split('"')[0])
+            words = {word: (x, anchor) for word, x, anchor in self.words(name)}
+            start, (end, anchor) = words["trans"][0], words["cis"]
+            self.assertEqual(anchor, "end")
+            self.assertFalse(start - 2 < mark < start + 32, (difference, mark, start))
+            self.assertFalse(end - 20 < mark < end + 2, (difference, mark, end))
+
+    def words(self, name):
+        """The texts of a picture: content, x and anchor."""
+        root = xml.etree.ElementTree.parse(self.path(f"svg/{name}.svg")).getroot()
+        return [(text.text, float(text.get("x")), text.get("text-anchor", "start"))
+                for text in root.iter("{http://www.w3.org/2000/svg}text")]
 
     def test_tables_are_found_beside_an_installed_program(self):
         self.predict()

@@ -370,6 +370,29 @@ TEST(About, TakesWhatTheImportSaid) {
   }
 }
 
+TEST(About, AdviceThatWasFollowedIsNoWarning) {
+  const char* const advice = "Warning: a sample is deuterated: consider citrans -iso";
+  const char* const done = "Deuterium Isotope Shifts Correction Applied for 13Ca and 13Cb Nuclei";
+  EXPECT_EQ(aboutFrom({advice, "Warning: x"}).warnings.size(), 2U);
+  EXPECT_EQ(aboutFrom({advice, "Warning: x", done}).warnings, std::vector<std::string>{"x"});
+}
+
+TEST(About, AReferenceIsCalledAsTheFileThatWasGiven) {
+  const struct {
+    const char* title;
+    const char* shown;
+  } rows[] = {{"2kpu.ref.pdb", "2kpu"}, // the importer's name of what it renumbered
+              {"structures/2kpu.ref.pdb", "2kpu"},
+              {"structures/2kpu.pdb", "2kpu.pdb"},
+              {"1TTZ chain A", "1TTZ chain A"},
+              {"", ""}};
+  for (const auto& row : rows) {
+    Inputs inputs;
+    inputs.referenceTitle = row.title;
+    EXPECT_EQ(inputs.shownReference(), row.shown);
+  }
+}
+
 TEST(Style, FilesHaveThePlainColoursOfThePage) {
   EXPECT_EQ(colour("cis").size(), 7U);
   EXPECT_EQ(colour("cis")[0], '#');

@@ -11,8 +11,12 @@ constexpr std::string_view entity = "entity ";
 constexpr std::string_view warning = "Warning: ";
 /// What the import found of the referencing of a nucleus.
 constexpr std::string_view referencingOf = "referencing of ";
+constexpr char isotopeShifts[] = "Isotope Shifts Correction Applied";
 /// The first remark of citrans itself, after those of its input and of what it corrected.
 constexpr std::string_view ownRemarks = "CITRANS Protein Secondary Chemical Shift Table for ";
+/// The end of the name of a structure that was renumbered to the table, in a file that nobody has
+/// seen.
+constexpr std::string_view renumbered = ".ref.pdb";
 
 bool startsWith(std::string_view text, std::string_view start) {
   return text.substr(0, start.size()) == start;
@@ -27,7 +31,21 @@ bool isCorrection(std::string_view remark) {
   const bool taken = endsWith(remark, ": taken off") || endsWith(remark, " as told");
   return (startsWith(remark, referencingOf) && taken) ||
          remark.find("ppm referencing offset applied for") != std::string_view::npos ||
-         remark.find("Isotope Shifts Correction Applied") != std::string_view::npos;
+         remark.find(isotopeShifts) != std::string_view::npos;
+}
+
+/// Drops what the import advised and the run has done.
+void dropFollowedAdvice(About& about) {
+  const auto isIsotopes = [](const std::string& text) {
+    return text.find(isotopeShifts) != std::string::npos;
+  };
+  const auto isAdvice = [](const std::string& text) {
+    return text.find("consider citrans -iso") != std::string::npos;
+  };
+  if (std::any_of(about.corrections.begin(), about.corrections.end(), isIsotopes)) {
+    about.warnings.erase(std::remove_if(about.warnings.begin(), about.warnings.end(), isAdvice),
+                         about.warnings.end());
+  }
 }
 
 /// "Chemical shifts of NMR-STAR 3 entry 16570, from bmr16570.str"
@@ -106,6 +124,7 @@ About aboutFrom(const std::vector<std::string>& remarks) {
       about.remarks.push_back(text);
     }
   }
+  dropFollowedAdvice(about);
   return about;
 }
 
@@ -114,7 +133,8 @@ std::string Inputs::shownTitle() const {
 }
 
 std::string Inputs::shownReference() const {
-  return isPath(referenceTitle) ? lastPart(referenceTitle) : referenceTitle;
+  const std::string name = isPath(referenceTitle) ? lastPart(referenceTitle) : referenceTitle;
+  return endsWith(name, renumbered) ? name.substr(0, name.size() - renumbered.size()) : name;
 }
 
 std::string Inputs::proteinName() const {

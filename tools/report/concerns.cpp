@@ -1,4 +1,5 @@
 #include <cmath>
+#include <map>
 
 #include "tools/report/report.h"
 #include "tools/report/text.h"
@@ -49,12 +50,6 @@ bool differenceSaysOtherwise(const ProlineReport& proline) {
          (proline.verdict.call == Verdict::Call::trans && band == carbons::Band::cis);
 }
 
-bool isOpen(const ProlineReport& proline) {
-  const Verdict& verdict = proline.verdict;
-  return (verdict.call == Verdict::Call::cis || verdict.call == Verdict::Call::trans) &&
-         !verdict.settled;
-}
-
 /// Adds a concern with the predicted prolines that it is about; none when there are none.
 void addAbout(const Report& report, const char* kind, const char* text,
               bool (*concerns)(const ProlineReport&), std::vector<Concern>& found) {
@@ -98,23 +93,22 @@ void addReferencing(const Report& report, std::vector<Concern>& found) {
   found.push_back(concern);
 }
 
-/// Calls that hang on a correction that was made before.
+/// Calls that hang on a correction that was made before, by what they would be without it.
 void addCorrected(const Report& report, std::vector<Concern>& found) {
-  Concern concern{"corrected", "", {}};
-  std::string calls;
+  std::map<Verdict::Call, std::vector<int>> changed;
   for (const ProlineReport& proline : report.prolines) {
     if (proline.callChanged()) {
-      concern.residues.push_back(proline.residue);
-      calls += (calls.empty() ? "" : ", ") + report.inputs.residueLabel(proline.residue) + " " +
-               callName(proline.asGiven->call);
+      changed[proline.asGiven->call].push_back(proline.residue);
     }
   }
-  if (!concern.residues.empty()) {
-    concern.text = "The referencing was corrected before the prediction, and " +
-                   counted(concern.residues.size(), "call") +
-                   (concern.residues.size() == 1 ? " hangs" : " hang") +
-                   " on it; by the shifts as they were given: " + calls + ". See";
-    found.push_back(concern);
+  for (const auto& [call, residues] : changed) {
+    found.push_back({"corrected",
+                     "The referencing was corrected before the prediction. By the shifts as they "
+                     "were given, " +
+                         (call == Verdict::Call::none ? "there would be no call:"
+                                                      : counted(residues.size(), "call") +
+                                                            " would be " + callName(call) + ":"),
+                     residues});
   }
 }
 
@@ -141,8 +135,12 @@ std::vector<Concern> concernsOf(const Report& report) {
       found);
   addAbout(report, "cb_cg", "CB − CG lies where the other form is usual:", differenceSaysOtherwise,
            found);
-  addAbout(report, "cb_against_cg", "CB and CG speak for different forms:", carbonsInConflict,
-           found);
+  const bool carbonsOff = report.check.offsets[static_cast<std::size_t>(Nucleus::carbon)] != 0 &&
+                          !report.check.subtracted;
+  addAbout(report, "cb_against_cg",
+           carbonsOff ? "CB and CG speak for different forms, which the referencing may cause:"
+                      : "CB and CG speak for different forms:",
+           carbonsInConflict, found);
   addAbout(report, "clipped",
            "A shift that says much was clipped to the limits of the database:", mainEvidenceClipped,
            found);
@@ -150,7 +148,9 @@ std::vector<Concern> concernsOf(const Report& report) {
       report, "undecided", "Undecided:",
       [](const ProlineReport& proline) { return proline.verdict.call == Verdict::Call::undecided; },
       found);
-  addAbout(report, "open", "Not settled:", isOpen, found);
+  addAbout(
+      report, "open",
+      "Not settled:", [](const ProlineReport& proline) { return proline.verdict.isOpen(); }, found);
   addAbout(
       report, "no_call", "No call could be made:",
       [](const ProlineReport& proline) { return proline.verdict.call == Verdict::Call::none; },

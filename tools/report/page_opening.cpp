@@ -45,7 +45,8 @@ PageData about(const Report& report) {
   const Inputs& inputs = report.inputs;
   const std::string title = inputs.shownTitle();
   PageData list = pageList();
-  addAbout(list, "entry", inputs.about.entry);
+  const bool numbered = inputs.about.entry.find(" entry ") != std::string::npos;
+  addAbout(list, numbered ? "entry" : "format", inputs.about.entry);
   addAbout(list, "protein", inputs.about.protein);
   addAbout(list, "shifts from", inputs.about.source.empty() ? title : inputs.about.source);
   addAbout(list, "length",
@@ -67,11 +68,8 @@ std::string countText(const Report& report) {
     return std::count_if(report.prolines.begin(), report.prolines.end(),
                          [call](const ProlineReport& p) { return p.verdict.call == call; });
   };
-  const auto open = std::count_if(
-      report.prolines.begin(), report.prolines.end(), [](const ProlineReport& proline) {
-        const Verdict& verdict = proline.verdict;
-        return (verdict.call == Call::cis || verdict.call == Call::trans) && !verdict.settled;
-      });
+  const auto open = std::count_if(report.prolines.begin(), report.prolines.end(),
+                                  [](const ProlineReport& p) { return p.verdict.isOpen(); });
   const auto disagreeing = std::count_if(report.prolines.begin(), report.prolines.end(),
                                          [](const ProlineReport& p) { return p.disagrees; });
   std::string text = counted(report.prolines.size(), "proline") + ": " +

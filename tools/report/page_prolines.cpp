@@ -9,10 +9,8 @@
 namespace {
 
 std::string callMarkup(const Verdict& verdict) {
-  const bool open = (verdict.call == Verdict::Call::cis || verdict.call == Verdict::Call::trans) &&
-                    !verdict.settled;
-  return std::string("<span class=\"call ") + callName(verdict.call) + (open ? " open" : "") +
-         "\">" + escaped(verdict.headline) + "</span>";
+  return std::string("<span class=\"call ") + callName(verdict.call) +
+         (verdict.isOpen() ? " open" : "") + "\">" + escaped(verdict.headline) + "</span>";
 }
 
 /// "178.7° trans": what the reference structure has.
@@ -88,7 +86,7 @@ PageData factsOf(const Report& report, const ProlineReport& proline) {
   addFact(facts, "ln(cis/trans)", signedDecimal(proline.evidence.logRatio, 2));
   addFact(facts, "shifts before, at, after",
           std::to_string(row.shiftCounts[0]) + ", " + std::to_string(row.shiftCounts[1]) + ", " +
-              std::to_string(row.shiftCounts[2]));
+              std::to_string(row.shiftCounts[2]) + (proline.carbons.cg ? " and CG" : ""));
   if (proline.verdict.likeThis.calls > 0) {
     addFact(facts, "such calls right",
             decimal(100 * proline.verdict.likeThis.right, 1) + " % of " +
@@ -156,12 +154,9 @@ PageData notesOf(const ProlineReport& proline) {
 }
 
 std::string tripletText(const Inputs& inputs, int proline) {
-  if (proline > inputs.residueCount) {
-    return inputs.residueLabel(proline);
-  }
   std::string text;
-  for (int residue = std::max(proline - 1, 1); residue <= proline + 1; ++residue) {
-    if (residue <= inputs.residueCount) {
+  for (int residue = proline - 1; residue <= proline + 1; ++residue) {
+    if (inputs.sequence.count(residue) > 0) {
       text += (text.empty() ? "" : " – ") + inputs.residueLabel(residue);
     }
   }
@@ -184,21 +179,19 @@ std::string placesOf(const Report& report, const ProlineReport& proline) {
   return pictures;
 }
 
+/// All about one proline that was predicted; of the others the table says everything.
 PageData cardOf(const Report& report, const ProlineReport& proline) {
   PageData card;
   card.set("residue", std::to_string(proline.residue));
   card.set("label", report.inputs.residueLabel(proline.residue));
   card.set("call", callMarkup(proline.verdict));
   card.set("triplet", tripletText(report.inputs, proline.residue));
-  card.set("predicted", proline.predicted);
   card.set("evidence", proline.verdict.evidence);
-  if (proline.predicted) {
-    card.set("basis", proline.verdict.basis);
-    card.set("notes", notesOf(proline));
-    card.set("facts", factsOf(report, proline));
-    card.set("bars", evidencePicture(report, proline).inlined());
-    card.set("places", placesOf(report, proline));
-  }
+  card.set("basis", proline.verdict.basis);
+  card.set("notes", notesOf(proline));
+  card.set("facts", factsOf(report, proline));
+  card.set("bars", evidencePicture(report, proline).inlined());
+  card.set("places", placesOf(report, proline));
   return card;
 }
 
@@ -218,12 +211,17 @@ void fillProlines(const Report& report, PageData& page) {
   PageData rows = pageList();
   PageData cards = pageList();
   bool subtracted = false;
+  bool predicted = false;
   for (const ProlineReport& proline : report.prolines) {
     rows << rowOf(report, proline, attended, reference);
-    cards << cardOf(report, proline);
+    if (proline.predicted) {
+      cards << cardOf(report, proline);
+    }
+    predicted = predicted || proline.predicted;
     subtracted = subtracted || proline.carbons.cgSubtracted;
   }
   page.set("hasProlines", !report.prolines.empty());
+  page.set("hasCards", predicted);
   page.set("hasReference", reference);
   page.set("cgSubtracted", subtracted);
   page.set("rows", rows);

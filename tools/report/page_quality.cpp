@@ -78,11 +78,16 @@ std::string outlierRemark(const ReferencingCheck& check, std::size_t at) {
   return check.outliers[at].marked ? "far out" : "";
 }
 
+/// The worst first; what the offset explains comes after what it does not.
 PageData worstOutliers(const Report& report) {
   const std::vector<Outlier>& outliers = report.check.outliers;
   std::vector<std::size_t> worst(outliers.size());
   std::iota(worst.begin(), worst.end(), 0);
+  const std::vector<bool>& explained = report.check.explained;
   std::stable_sort(worst.begin(), worst.end(), [&](std::size_t a, std::size_t b) {
+    if (explained[a] != explained[b]) {
+      return !explained[a];
+    }
     return outliers[a].marked != outliers[b].marked ? outliers[a].marked
                                                     : excess(outliers[a]) > excess(outliers[b]);
   });

@@ -27,6 +27,9 @@ void addProlines(CITRANS& run, const calls::Rules& rules, Report& report) {
       proline.verdict = judge(proline.evidence, *row, report.inputs, rules);
       proline.carbons = carbonsOf(report.inputs, *row);
       proline.disagrees = disagrees(proline.verdict.call, *row);
+      if (proline.carbons.cgSubtracted || !run.clipOn) {
+        proline.verdict.likeThis = {}; // the cross-validation had no such runs
+      }
     }
     report.prolines.push_back(proline);
   }
@@ -100,6 +103,21 @@ void warnOfProlines(Report& report) {
   }
 }
 
+/// FIRST_RESID may number prolines so that citrans never looks at them.
+void warnOfNumbering(Report& report) {
+  const Inputs& inputs = report.inputs;
+  const auto isLost = [&inputs](const ProlineReport& proline) {
+    return proline.residue != inputs.firstResidue() && proline.residue != inputs.lastResidue() &&
+           !inputs.isInReach(proline.residue);
+  };
+  if (std::any_of(report.prolines.begin(), report.prolines.end(), isLost)) {
+    report.warnings.push_back(
+        "the table numbers its residues from " + std::to_string(inputs.firstResidue()) +
+        " on (FIRST_RESID), but citrans reads shifts of residues 1 to " +
+        std::to_string(inputs.residueCount) + " only: number the residues from 1");
+  }
+}
+
 /// Author numbers must name residues of this sequence, else the map is that of another entry.
 void warnOfMap(Report& report) {
   const Inputs& inputs = report.inputs;
@@ -163,6 +181,7 @@ Report makeReport(const Sources& sources, const Database& database) {
   addProlines(run, database.rules, report);
   report.check = checkReferencing(run, report.inputs, database.model);
   compareReferencing(run, database.rules, report);
+  warnOfNumbering(report);
   warnOfMap(report);
   warnOfProlines(report);
   report.concerns = concernsOf(report);

@@ -22,6 +22,21 @@ calls::Assigned assignedOf(const Evidence& evidence) {
   return calls::assigned(has("CB"), has("CG"));
 }
 
+/// Why a proline is left out whatever its shifts; empty for the others.
+std::string outOfReach(const Inputs& inputs, int proline) {
+  if (proline <= inputs.firstResidue()) {
+    return "It is the first residue: there is no bond before it.";
+  }
+  if (proline >= inputs.lastResidue()) {
+    return "It is the last residue, and the residue after it is needed.";
+  }
+  if (!inputs.isInReach(proline)) {
+    return "citrans reads the shifts of residues 1 to " + std::to_string(inputs.residueCount) +
+           ", as many as the sequence has, and this proline or a neighbour is not among them.";
+  }
+  return "";
+}
+
 /// Why a proline inside the sequence was left out, as far as the table of shifts tells.
 std::string tooFewShifts(const Inputs& inputs, int proline) {
   std::string counts;
@@ -131,11 +146,8 @@ Verdict judge(const Evidence& evidence, const SummaryRow& row, const Inputs& inp
 Verdict notPredicted(const Inputs& inputs, int proline) {
   Verdict verdict;
   verdict.headline = "not predicted";
-  if (proline <= 1) {
-    verdict.evidence = "It is the first residue: there is no bond before it.";
-  } else if (proline >= inputs.residueCount) {
-    verdict.evidence = "It is the last residue, and the residue after it is needed.";
-  } else {
+  verdict.evidence = outOfReach(inputs, proline);
+  if (verdict.evidence.empty()) {
     verdict.evidence = tooFewShifts(inputs, proline);
   }
   return verdict;

@@ -13,7 +13,10 @@ struct Verdict {
   std::string evidence; ///< one sentence: how strong, for what
   std::string basis;    ///< what it rests on, what speaks against, what is missing; plain text
   calls::Assigned assigned = calls::Assigned::neither; ///< of CB and CG
-  calls::Tally likeThis; ///< how often such calls are right; no calls without a call
+  calls::Tally likeThis; ///< how often such calls are right; no calls where that is not known
+
+  /// Whether there is a call that "probably" stands before.
+  bool isOpen() const { return (call == Call::cis || call == Call::trans) && !settled; }
 };
 
 /// The call that all tools give, and words on the evidence. Without a printed likelihood there is
