@@ -181,6 +181,29 @@ class Batch(unittest.TestCase):
             self.assertEqual(self.run_batch(self.inputs, "-o", out).returncode, 0)
             self.assertNotIn(out, self.read("in/out"))
 
+    def test_pages_have_the_calls_of_the_table(self):
+        """Also where only the count of shifts decides: that of Pro N, which the evidence lacks."""
+        kept = {8: ("N", "CA", "CB"), 9: ("CA", "CB"), 10: ("N", "CA", "CB")}
+
+        def change(line):
+            cells = line.split()
+            if len(cells) != 4 or not cells[0].isdigit() or int(cells[0]) not in kept:
+                return line
+            if cells[2] not in kept[int(cells[0])]:
+                return ""
+            return line + ("   9 P    N  136.000\n" if cells[0] + cells[2] == "9CA" else "")
+
+        for without in ("", "  N 136"):
+            _, rows = self.rows_of(lambda line: change(line).replace(
+                "   9 P    N  136.000\n", "" if without else "   9 P    N  136.000\n"),
+                "--report", self.path("r"))
+            page, = (name for name in os.listdir(self.path("r/pages")) if name.endswith(".json"))
+            with open(self.path("r/pages/" + page)) as file:
+                report = json.load(file)
+            self.assertEqual({p["resid"]: p["call"] for p in report["prolines"]},
+                             {number: row["call"] for number, row in rows.items()})
+            self.assertEqual(rows[9]["call"], "undecided" if without else "trans")
+
     def test_pages_and_their_list(self):
         twin = os.path.join(self.inputs, "sub")
         os.mkdir(twin)

@@ -246,7 +246,7 @@ TEST_F(OneProline, WordsFollowTheNumbersAndTheCall) {
   const struct {
     double pCisNorm;
     double logRatio;
-    std::vector<const char*> atoms;
+    std::vector<const char*> atoms; ///< as many as the summary counts
     const char* headline;
     const char* holds;
   } rows[] = {
@@ -268,7 +268,8 @@ TEST_F(OneProline, WordsFollowTheNumbersAndTheCall) {
        {"CB", "CA"},
        "undecided",
        "There are too few shifts for a call: 2 shifts and the neighbours favour trans by 55 to 1. "
-       "With CB but no CG assigned, calling trans takes 3 shifts besides CG; there are 2."},
+       "With CB but no CG assigned, calling trans takes 3 shifts besides CG, counted as "
+       "in CS_CNT; there are 2."},
       {0.001, -4.0, {"CB", "CA", "HA"}, "trans", "favour trans by 55 to 1"},
       {0.9,
        6.0,
@@ -282,6 +283,7 @@ TEST_F(OneProline, WordsFollowTheNumbersAndTheCall) {
   for (const auto& row : rows) {
     SummaryRow summary;
     summary.pCisNorm = row.pCisNorm;
+    summary.shiftCounts = {0, static_cast<int>(row.atoms.size()), 0};
     const Verdict verdict =
         judge(evidenceOf(row.logRatio, row.atoms), summary, inputs, someRules());
     EXPECT_EQ(verdict.headline, row.headline) << row.logRatio;

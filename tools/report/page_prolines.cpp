@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <set>
 
@@ -78,15 +79,25 @@ void addFact(PageData& facts, const char* label, const std::string& value) {
   facts << fact;
 }
 
+/// "5, 5, 6": shifts that the evidence has of the residue before, the proline and that after it.
+std::string shiftsUsed(const Evidence& evidence) {
+  std::array<int, 3> counts{};
+  for (const Term& term : evidence.terms) {
+    if (term.present && term.applicable && term.kind != Term::Kind::neighbour) {
+      ++counts.at(static_cast<std::size_t>(term.place - 1));
+    }
+  }
+  return std::to_string(counts[0]) + ", " + std::to_string(counts[1]) + ", " +
+         std::to_string(counts[2]);
+}
+
 PageData factsOf(const Report& report, const ProlineReport& proline) {
   const SummaryRow& row = proline.row;
   PageData facts = pageList();
   addFact(facts, "P_CIS", printedText(row.pCis, row.pCisText));
   addFact(facts, "P_CIS_NORM", printedText(row.pCisNorm, row.pCisNormText));
   addFact(facts, "ln(cis/trans)", signedDecimal(proline.evidence.logRatio, 2));
-  addFact(facts, "shifts before, at, after",
-          std::to_string(row.shiftCounts[0]) + ", " + std::to_string(row.shiftCounts[1]) + ", " +
-              std::to_string(row.shiftCounts[2]) + (proline.carbons.cg ? " and CG" : ""));
+  addFact(facts, "shifts before, at, after", shiftsUsed(proline.evidence));
   if (proline.verdict.likeThis.calls > 0) {
     addFact(facts, "such calls right",
             decimal(100 * proline.verdict.likeThis.right, 1) + " % of " +

@@ -43,7 +43,7 @@ void callAgain(CITRANS& run, const calls::Rules& rules, Report& report,
       const Evidence evidence = gatherEvidence(run, report.inputs, proline.residue);
       // Where both likelihoods underflow, the program has no P_CIS, and there is no call.
       const bool known = !std::isnan(evidence.core.cis);
-      proline.*where = {known ? callFrom(evidence, rules) : Verdict::Call::none,
+      proline.*where = {known ? callFrom(evidence, proline.row, rules) : Verdict::Call::none,
                         known ? evidence.pCisNorm : std::nan("")};
     }
   }

@@ -76,12 +76,12 @@ Verdict withoutLikelihood(const Evidence& evidence, const Inputs& inputs) {
 
 } // namespace
 
-Verdict::Call callFrom(const Evidence& evidence, const calls::Rules& rules) {
+Verdict::Call callFrom(const Evidence& evidence, const SummaryRow& row, const calls::Rules& rules) {
   const double logOdds = powersOfTen(evidence);
   if (std::isnan(logOdds)) {
     return Verdict::Call::none;
   }
-  switch (rules.call(logOdds, assignedOf(evidence), usedShifts(evidence))) {
+  switch (rules.call(logOdds, assignedOf(evidence), calls::shiftCount(row.shiftCounts))) {
   case calls::Call::cis:
     return Verdict::Call::cis;
   case calls::Call::trans:
@@ -122,7 +122,7 @@ std::string termLabel(const Term& term, const Inputs& inputs) {
 Verdict judge(const Evidence& evidence, const SummaryRow& row, const Inputs& inputs,
               const calls::Rules& rules) {
   const Verdict::Call call =
-      std::isnan(row.pCisNorm) ? Verdict::Call::none : callFrom(evidence, rules);
+      std::isnan(row.pCisNorm) ? Verdict::Call::none : callFrom(evidence, row, rules);
   if (call == Verdict::Call::none) {
     return withoutLikelihood(evidence, inputs);
   }
@@ -133,12 +133,13 @@ Verdict judge(const Evidence& evidence, const SummaryRow& row, const Inputs& inp
   const bool decided = call != Verdict::Call::undecided;
   verdict.settled = decided && (row.pCisNorm >= settledFrom || row.pCisNorm <= 1 - settledFrom);
   verdict.headline = (verdict.settled || !decided ? "" : "probably ") + std::string(callName(call));
-  verdict.evidence = evidenceSentence(evidence, call, rule);
+  const int shifts = calls::shiftCount(row.shiftCounts);
+  verdict.evidence = evidenceSentence(evidence, call, rule, shifts);
   verdict.basis = basisSentences(evidence, inputs);
   if (decided) {
     verdict.likeThis = call == Verdict::Call::cis ? rule.cis : rule.trans;
   } else {
-    verdict.evidence += " " + neededSentence(evidence, rule, verdict.assigned);
+    verdict.evidence += " " + neededSentence(evidence, rule, verdict.assigned, shifts);
   }
   return verdict;
 }

@@ -27,8 +27,9 @@ Verdict judge(const Evidence& evidence, const SummaryRow& row, const Inputs& inp
 /// The verdict on a proline without a row in the summary.
 Verdict notPredicted(const Inputs& inputs, int proline);
 
-/// The call alone; none when the evidence is no number.
-Verdict::Call callFrom(const Evidence& evidence, const calls::Rules& rules);
+/// The call alone, from the evidence and the counts of shifts in the summary; none when the
+/// evidence is no number.
+Verdict::Call callFrom(const Evidence& evidence, const SummaryRow& row, const calls::Rules& rules);
 
 /// Whether the shifts say another form than the reference structure has.
 bool disagrees(Verdict::Call call, const SummaryRow& row);

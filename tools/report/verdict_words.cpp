@@ -93,18 +93,11 @@ const char* hardlyAny(const Evidence& evidence) {
 }
 
 /// Whether only the number of shifts stands between the evidence and a call of trans.
-bool lacksShifts(const Evidence& evidence, const calls::Rule& rule) {
-  return powersOfTen(evidence) <= rule.transTo && usedShifts(evidence) < rule.transShifts;
+bool lacksShifts(const Evidence& evidence, const calls::Rule& rule, int shifts) {
+  return powersOfTen(evidence) <= rule.transTo && shifts < rule.transShifts;
 }
 
 } // namespace
-
-int usedShifts(const Evidence& evidence) {
-  return static_cast<int>(
-      std::count_if(evidence.terms.begin(), evidence.terms.end(), [](const Term& term) {
-        return term.kind == Term::Kind::shift && term.present && term.applicable;
-      }));
-}
 
 double powersOfTen(const Evidence& evidence) {
   const double logOdds = evidence.logRatio / std::log(10.0);
@@ -112,38 +105,38 @@ double powersOfTen(const Evidence& evidence) {
                              : std::clamp(logOdds, -calls::mostEvidence, calls::mostEvidence);
 }
 
-std::string evidenceSentence(const Evidence& evidence, Verdict::Call call,
-                             const calls::Rule& rule) {
+std::string evidenceSentence(const Evidence& evidence, Verdict::Call call, const calls::Rule& rule,
+                             int shifts) {
   const double sum = evidence.logRatio;
-  const std::string shifts = std::to_string(shiftCount(evidence)) + " shifts and the neighbours";
+  const std::string used = counted(shiftCount(evidence), "shift") + " and the neighbours";
   const std::string side = sum > 0 ? "cis" : "trans";
   const std::string odds = std::isinf(sum) ? "without limit" : oddsText(sum);
   if (call == Verdict::Call::undecided) {
-    return std::string(lacksShifts(evidence, rule) ? "There are too few shifts for a call: "
-                       : std::fabs(sum) < weakFrom ? hardlyAny(evidence)
-                                                   : "The evidence does not decide: ") +
-           shifts + " favour " + side + " by " + odds + ".";
+    return std::string(lacksShifts(evidence, rule, shifts) ? "There are too few shifts for a call: "
+                       : std::fabs(sum) < weakFrom         ? hardlyAny(evidence)
+                                                           : "The evidence does not decide: ") +
+           used + " favour " + side + " by " + odds + ".";
   }
   const bool trans = call == Verdict::Call::trans;
   if (trans && std::fabs(sum) < weakFrom) {
-    return hardlyAny(evidence) + shifts + " give " + odds + " for " + side +
+    return hardlyAny(evidence) + used + " give " + odds + " for " + side +
            ". The call rests on trans being the commoner form.";
   }
   if (trans && sum > 0) {
     return "The evidence leans to cis, " + odds +
            ", which is less than the 19 to 1 by which trans is the commoner form.";
   }
-  return std::string("The evidence is ") + strengthOf(sum) + ": " + shifts + " favour " + side +
+  return std::string("The evidence is ") + strengthOf(sum) + ": " + used + " favour " + side +
          " by " + odds + ".";
 }
 
 std::string neededSentence(const Evidence& evidence, const calls::Rule& rule,
-                           calls::Assigned assigned) {
+                           calls::Assigned assigned, int shifts) {
   const std::string with = assignedText(assigned);
-  const std::string shifts = std::to_string(rule.transShifts) + " shifts";
-  if (lacksShifts(evidence, rule)) {
-    return with + ", calling trans takes " + shifts + " besides CG; there are " +
-           std::to_string(usedShifts(evidence)) + ".";
+  const std::string needed = std::to_string(rule.transShifts) + " shifts";
+  if (lacksShifts(evidence, rule, shifts)) {
+    return with + ", calling trans takes " + needed +
+           " besides CG, counted as in CS_CNT; there are " + std::to_string(shifts) + ".";
   }
   const std::string cis = std::isinf(rule.cisFrom)
                               ? ", no evidence is enough for cis"
@@ -151,7 +144,7 @@ std::string neededSentence(const Evidence& evidence, const calls::Rule& rule,
   const std::string trans = std::isinf(rule.transTo)
                                 ? "; none is enough for trans"
                                 : "; calling trans takes " + limitText(rule.transTo, false);
-  return with + cis + trans + (rule.transShifts > 0 ? " and " + shifts : "") + ".";
+  return with + cis + trans + (rule.transShifts > 0 ? " and " + needed : "") + ".";
 }
 
 std::string basisSentences(const Evidence& evidence, const Inputs& inputs) {
