@@ -427,6 +427,20 @@ class Report(unittest.TestCase):
         self.assertIn("no_proline_there", [c["kind"] for c in report["attention"]])
         self.assertIn("no proline there", self.report().stdout)
 
+    def test_a_twisted_bond_is_called_by_the_form_that_the_call_is_compared_with(self):
+        self.predict("-ref", os.path.join(ROOT, "examples/ybbr_2kpu.pdb"))
+        row = next(line for line in self.read("out.tab").split("\n") if line.startswith(" 82"))
+        angle = row.split()[-1]
+        for omega, words, against in (("-60.000", "−60.0° cis, twisted", 0),
+                                      ("149.000", "149.0° trans, twisted", 1),
+                                      ("-151.000", "−151.0° trans", 1)):
+            self.edit("out.tab", angle, omega)
+            angle = omega
+            page = self.report().stdout
+            self.assertIn(words, page)
+            self.assertEqual("trans, twisted" in page, words == "149.0° trans, twisted")
+            self.assertEqual(page.count("≠ call"), against)
+
     def test_a_structure_that_disagrees_is_counted_and_marked(self):
         self.predict("-ref", os.path.join(ROOT, "examples/ybbr_2kpu.pdb"),
                      shifts=self.shifted("shifted.tab", 2.7))

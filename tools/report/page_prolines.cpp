@@ -14,7 +14,7 @@ std::string callMarkup(const Verdict& verdict) {
          (verdict.isOpen() ? " open" : "") + "\">" + escaped(verdict.headline) + "</span>";
 }
 
-/// "178.7° trans": what the reference structure has.
+/// "178.7° trans": what the reference structure has, by the form that the call is compared with.
 std::string omegaText(const ProlineReport& proline) {
   const SummaryRow& row = proline.row;
   if (row.referenceName.empty()) {
@@ -26,9 +26,11 @@ std::string omegaText(const ProlineReport& proline) {
   if (!row.hasOmega) {
     return "none";
   }
+  constexpr double farFromPlanar = 30; // degrees
   const double size = std::fabs(row.omega);
-  const char* const form = size < 30 ? " cis" : size > 150 ? " trans" : "";
-  return decimal(row.omega, 1) + "°" + form;
+  const bool twisted = size > farFromPlanar && size < 180 - farFromPlanar;
+  return decimal(row.omega, 1) + "° " + (row.referenceIsCis() ? "cis" : "trans") +
+         (twisted ? ", twisted" : "");
 }
 
 bool hasReference(const Report& report) {

@@ -178,7 +178,10 @@ std::vector<std::string> farFromBoth(const Evidence& evidence, const Inputs& inp
     const bool far = std::fabs(term.used - term.cis) > farDeviations * term.cisDeviation &&
                      std::fabs(term.used - term.trans) > farDeviations * term.transDeviation;
     if (term.present && term.kind != Term::Kind::neighbour && far) {
-      named.push_back(termLabel(term, inputs) + " (" + decimal(term.used, 2) + " ppm)");
+      const bool observed = term.kind == Term::Kind::cg;
+      named.push_back(termLabel(term, inputs) + " (" +
+                      (observed ? decimal(term.used, 2) + " ppm)"
+                                : signedDecimal(term.used, 2) + " ppm from random coil)"));
     }
   }
   return named;
