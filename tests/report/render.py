@@ -3,10 +3,11 @@
     render.py PAGE.html... [--pictures FOLDER] [--axe axe.min.js]
 
 Every page is shown wide, narrow (320 and 390 px), dark and as on paper. A page fails when it is
-wider than its window, when a link leads nowhere in it, when it holds text of less than 11 px as
-shown (7.5 pt on paper), when a text of a picture leaves the picture, when it logs anything (errors
-of scripts, refused requests), or when it asks for anything but itself. With --pictures, what was seen is kept as PNG files; with --axe, axe-core looks at every
-page too, and a page fails when it finds anything.
+wider than its window, when a table is wider than what it stands in, when a link leads nowhere,
+when it holds text of less than 11 px as shown (7.5 pt on paper), when a text of a picture leaves
+the picture, when it logs anything (errors of scripts, refused requests), or when it asks for
+anything but itself. With --pictures, what was seen is kept as PNG files; with --axe, axe-core looks
+at every page too, and a page fails when it finds anything.
 
 Chromium is spoken to over a pipe (its DevTools protocol), with a profile of its own. Exit status:
 0 fine, 1 a fault, 77 no Chromium here.
@@ -36,6 +37,11 @@ PROBE = """(() => {
   const root = document.documentElement;
   if (root.scrollWidth > root.clientWidth)
     faults.push(`page is ${root.scrollWidth} px wide in a window of ${root.clientWidth}`);
+  for (const table of document.querySelectorAll('table')) {
+    const room = table.parentElement.clientWidth;
+    if (!table.closest('.scroll') && table.offsetWidth > room + 1)
+      faults.push(`table of ${table.offsetWidth} px in ${room}: ${table.textContent.slice(0, 40)}`);
+  }
   for (const node of document.querySelectorAll('svg text, p, td, th, dt, dd, li, figcaption, a')) {
     if (!node.textContent.trim() || !node.getClientRects().length) continue;
     const svg = node.ownerSVGElement;

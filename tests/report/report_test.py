@@ -592,9 +592,13 @@ class Report(unittest.TestCase):
         self.assertTrue(0 < len(others) < 10)
         text = Page(self.report().stdout).text
         rows = text[text.index("secondary shifts lie outside"):].split("\nRemark")[-1]
-        before = rows[:rows.index("within it without the offset")]
+        before = rows[:rows.index("by the offset")]
         for row in others:
             self.assertIn(f"{row['author']}{row['atom']}", before)
+        self.predict()
+        page = self.report().stdout  # neither far out nor explained: nothing to remark
+        self.assertIn("secondary shifts lie outside", page)
+        self.assertNotIn(">Remark<", page)
 
     def test_tracks_and_words_of_the_pictures(self):
         """Nuclei without shifts have no track; the mark of CB - CG crosses no word."""

@@ -73,7 +73,7 @@ double excess(const Outlier& outlier) {
 
 std::string outlierRemark(const ReferencingCheck& check, std::size_t at) {
   if (check.explained[at]) {
-    return "within it without the offset";
+    return "by the offset";
   }
   return check.outliers[at].marked ? "far out" : "";
 }
@@ -132,5 +132,12 @@ void fillQuality(const Report& report, PageData& page) {
   page.set("referencing", referencingWords(report));
   page.set("outlierCount", outlierCount(report));
   page.set("hasOutliers", !report.check.outliers.empty());
+  const std::vector<Outlier>& all = report.check.outliers;
+  const std::vector<bool>& flags = report.check.explained;
+  const bool farOut = std::any_of(all.begin(), all.end(), [](const auto& o) { return o.marked; });
+  const bool explained = std::find(flags.begin(), flags.end(), true) != flags.end();
+  page.set("hasFarOut", farOut);
+  page.set("hasExplained", explained);
+  page.set("hasOutlierRemarks", farOut || explained);
   page.set("outliers", worstOutliers(report));
 }
