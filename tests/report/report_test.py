@@ -371,7 +371,9 @@ class Report(unittest.TestCase):
                 right = self.json()
                 self.assertEqual(right["offsets"], [])
                 self.assertTrue(any("taken off" in line for line in right["corrections"]))
-                self.assertIn("No offset worth correcting is left", self.report().stdout)
+                page = self.report().stdout
+                self.assertIn("No offset worth correcting is left", page)
+                self.assertEqual("CB, corrected" in page, carbons != 0)
                 for options in ([], ["-offset"]):
                     self.predict(*options, shifts=shifts)
                     report = self.json()

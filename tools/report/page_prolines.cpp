@@ -93,6 +93,12 @@ std::string shiftsUsed(const Evidence& evidence) {
          std::to_string(counts[2]);
 }
 
+/// Whether the table that was predicted from has other carbon shifts than were given.
+bool carbonsWereMoved(const Inputs& inputs) {
+  constexpr auto carbon = static_cast<std::size_t>(referencing::Nucleus::carbon);
+  return referencing::takenOff(inputs.about.corrections)[carbon] != 0;
+}
+
 PageData factsOf(const Report& report, const ProlineReport& proline) {
   const SummaryRow& row = proline.row;
   PageData facts = pageList();
@@ -106,11 +112,12 @@ PageData factsOf(const Report& report, const ProlineReport& proline) {
                 std::to_string(proline.verdict.likeThis.calls) +
                 (report.check.found() ? " where referenced well" : ""));
   }
+  const bool moved = carbonsWereMoved(report.inputs);
   if (proline.carbons.cb) {
-    addFact(facts, "CB", decimal(*proline.carbons.cb, 2) + " ppm");
+    addFact(facts, moved ? "CB, corrected" : "CB", decimal(*proline.carbons.cb, 2) + " ppm");
   }
   if (proline.carbons.cg) {
-    addFact(facts, "CG", decimal(*proline.carbons.cg, 2) + " ppm");
+    addFact(facts, moved ? "CG, corrected" : "CG", decimal(*proline.carbons.cg, 2) + " ppm");
   }
   if (proline.carbons.cgSubtracted) {
     addFact(facts, "CG after subtraction", decimal(row.cg, 2) + " ppm");
