@@ -411,6 +411,10 @@ class Report(unittest.TestCase):
         page = self.report().stdout
         self.assertNotIn("worth correcting.", page)
         self.assertIn("too few shifts to check CA and CB, HA and C′", page)
+        report = self.json()
+        self.assertEqual([each["nuclei"] for each in report["referencing_unchecked"]],
+                         [["CA", "CB"], ["HA"], ["C"]])  # as the tables name the atoms
+        self.assertEqual(report["referencing"], [])
 
     def test_a_reference_is_told_apart_from_one_of_other_numbering(self):
         reference = os.path.join(ROOT, "examples/ybbr_2kpu.pdb")

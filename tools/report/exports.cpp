@@ -194,7 +194,10 @@ Json checkJson(const Report& report) {
     each["worth_correcting"] = estimate.applies;
     json["referencing"].push_back(each);
   }
-  json["referencing_unchecked"] = report.check.unchecked;
+  json["referencing_unchecked"] = Json::array();
+  for (const ReportedOffset& each : report.check.unchecked) {
+    json["referencing_unchecked"].push_back({{"nuclei", each.atoms}, {"points", each.points}});
+  }
   json["outliers"] = Json::array();
   for (std::size_t i = 0; i < report.check.outliers.size(); ++i) {
     const Outlier& outlier = report.check.outliers[i];

@@ -60,8 +60,12 @@ PageData referencingWords(const Report& report) {
                                  ? "No offset worth correcting is left."
                                  : "No offset is worth correcting.");
   }
-  if (!check.unchecked.empty()) {
-    list << PageData("text", "There are too few shifts to check " + joined(check.unchecked) + ".");
+  std::vector<std::string> unchecked;
+  for (const ReportedOffset& each : check.unchecked) {
+    unchecked.push_back(each.nuclei);
+  }
+  if (!unchecked.empty()) {
+    list << PageData("text", "There are too few shifts to check " + joined(unchecked) + ".");
   }
   return list;
 }

@@ -71,12 +71,10 @@ ReferencingCheck checkReferencing(CITRANS& run, const Inputs& inputs,
   check.fewestErrors = model.fewestErrors;
   for (std::size_t i = 0; i < found.size(); ++i) {
     const referencing::Estimate& each = found[i];
-    if (each.points < referencing::fewestPoints) {
-      check.unchecked.emplace_back(named[i].nuclei);
-    } else {
-      check.estimates.push_back(
-          {named[i].nuclei, named[i].atoms, each.offset, each.error, each.points, each.applies});
-    }
+    const bool enough = each.points >= referencing::fewestPoints;
+    (enough ? check.estimates : check.unchecked)
+        .push_back(
+            {named[i].nuclei, named[i].atoms, each.offset, each.error, each.points, each.applies});
   }
   for (const Outlier& outlier : check.outliers) {
     check.explained.push_back(isExplained(run, check, outlier));

@@ -23,7 +23,7 @@ struct ReferencingCheck {
   referencing::Offsets offsets{};        ///< what is worth taking off, ppm; 0 for the others
   double fewestErrors = 0;               ///< an offset is worth it from so many errors on
   bool subtracted = false;               ///< the run had -offset; the estimates are from before it
-  std::vector<std::string> unchecked;    ///< nuclei with too few shifts to tell
+  std::vector<ReportedOffset> unchecked; ///< nuclei with too few shifts to tell, and their points
   std::vector<Outlier> outliers;         ///< in the order of the table
   std::vector<bool> explained;           ///< of each outlier: within its limits without the offset
 
