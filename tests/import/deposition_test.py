@@ -87,6 +87,40 @@ class Depositions(ImportCase):
                     self.assertNotIn("guessed", done.stderr)
                     self.assertNotIn("moved", done.stderr)
 
+    def test_residues_are_known_without_long_names_and_plain_numbers(self):
+        long = bare(["1 SER CA 58", "2 PRO CB 32", "3 GLY HA2 3.9", "4 CYS CB 28", "5 ALA CB 19"])
+        letters = {"SER": "S", "PRO": "P", "GLY": "G", "CYS": "C", "ALA": "A"}
+        head, shifts = long.split("save_l")
+        authors, short, both = shifts.replace("Comp_index_ID", "Auth_seq_ID"), shifts, long
+        for name, letter in letters.items():
+            short, both = short.replace(name, letter), both.replace(f" {name} ", f" {letter} ")
+        nameless = "\n".join(line if line.startswith((" _", "l", "s")) else line[:2] + " ? " + line[7:]
+                             for line in shifts.split("\n"))
+        for name, text, said in [
+            ("what the authors call them", head + "save_l" + authors.replace("Comp_ID", "Auth_comp_ID").replace(
+                "Atom_ID", "Auth_atom_ID"), None),
+            ("letters in the shifts", head + "save_l" + short, None),
+            ("letters in sequence and shifts", both, None),
+            ("zeros before numbers", head + "save_l" + shifts.replace("\n ", "\n 00").replace(" 00_", " _"), None),
+            ("numbers of a program for tables", head + "save_l" + shifts.replace(" SER", ".0 SER").replace(
+                " PRO", ".0 PRO").replace(" GLY", ".0 GLY"), None),
+            ("no names", head + "save_l" + nameless, "the shifts name no residues"),
+        ]:
+            with self.subTest(name):
+                done = self.table(text)
+                self.assertEqual(self.sequence(done), "SPGCA")
+                self.assertEqual(rows_of(done.stdout), rows_of(self.table(long).stdout))
+                self.assertEqual("moved" in done.stderr, False)
+                self.assertEqual("name no residues" in done.stderr, said is not None)
+        for name, text in [
+            ("no names, and a glycine with a CB", head + "save_l" + nameless.replace("3 ? HA2 3.9", "3 ? CB 19")),
+            ("nucleotides", both.replace(" S ", " A ").replace(" P ", " U ")),
+        ]:
+            with self.subTest(name):
+                done = self.run_import(self.write("in", text))
+                self.assertEqual(done.returncode, 65, done.stdout)
+                self.assertIn("no shifts of a protein", done.stderr)
+
     def test_each_copy_keeps_its_author_numbers(self):
         assembly = [f"{copy} {i} {name} {first + i}" for copy, first in (("A", 10), ("B", 200))
                     for i, name in enumerate(("PRO", "GLY", "ALA"), 1)]
@@ -216,10 +250,19 @@ class Depositions(ImportCase):
             ("HA=3.9 HA=4.1", {"HA2": 3.9, "HA3": 4.1}),
             ("HA=3.9", {"HA2": 3.9}), ("QA=3.9", {"HA2": 3.9}),
             ("HA3=4.1", {"HA3": 4.1}), ("HAy=4.1 HAx=3.9", {"HA2": 3.9, "HA3": 4.1}),
+            ("1HA=3.9 2HA=4.1", {"HA2": 3.9, "HA3": 4.1}), ("HAa=3.9 HAb=4.1", {"HA2": 3.9, "HA3": 4.1}),
+            ("HA#=3.9 HA#=4.1", {"HA2": 3.9, "HA3": 4.1}), ("HA'=3.9 HA''=4.1", {"HA2": 3.9, "HA3": 4.1}),
         ]:
             rows = [f"3 GLY {atom.replace('=', ' ')}" for atom in atoms.split()]
             found = {cells[2]: float(cells[3]) for cells in rows_of(self.table(bare(rows)).stdout)}
             self.assertEqual(found, expected, atoms)
+
+    def test_names_of_the_backbone(self):
+        for name, atom, value in [("H", "HN", 8.3), ("HN", "HN", 8.3), ("hn", "HN", 8.3), ("C", "C", 176), ("C'", "C", 176),
+                                  ("CO", "C", 176), ("Ca", "CA", 56), ("Ha", "HA", 4.2), ("HA2", None, 4.2)]:
+            found = [cells[2] for cells in rows_of(self.table(bare([f"1 SER {name} {value}", "2 PRO CA 63"])).stdout)
+                     if cells[0] == "1"]
+            self.assertEqual(found, [atom] if atom else [], name)
 
     def test_words_on_thiols(self):
         text = bare(["4 CYS CB 41", "2 PRO CB 32"])

@@ -43,11 +43,16 @@ char oneLetterCode(std::string_view name) {
   return end ? oneLetterCode(name.substr(1)) : unknownLetter;
 }
 
-std::string threeLetterName(char letter) {
+std::string_view nameOfLetter(char letter) {
   const auto* const found =
       std::find_if(std::begin(residueNames), std::end(residueNames),
                    [letter](const ResidueName& known) { return known.letter == letter; });
-  return found == std::end(residueNames) ? unknownName : std::string(found->name);
+  return found == std::end(residueNames) ? std::string_view() : found->name;
+}
+
+std::string threeLetterName(char letter) {
+  const std::string_view name = nameOfLetter(letter);
+  return std::string(name.empty() ? unknownName : name);
 }
 
 std::string aminoAcidNamed(std::string_view name) {

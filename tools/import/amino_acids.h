@@ -13,6 +13,9 @@ char oneLetterCode(std::string_view name);
 /// Three-letter name of an amino acid's capital letter; "UNK" for any other.
 std::string threeLetterName(char letter);
 
+/// The same without copying; empty for any other.
+std::string_view nameOfLetter(char letter);
+
 /// Three-letter name of the amino acid that a residue name stands for; empty when it is none.
 std::string aminoAcidNamed(std::string_view name);
 

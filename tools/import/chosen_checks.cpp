@@ -18,13 +18,18 @@ void warn(ChosenShifts& chosen, const Places& places, const std::string& one,
 
 } // namespace
 
-void warnOfNumbers(const Polymer& polymer, const std::vector<const ShiftRun*>& runs,
-                   const Numbering& numbering, ChosenShifts& chosen) {
+void warnOfNumbers(const Polymer& polymer, bool namedBySequence,
+                   const std::vector<const ShiftRun*>& runs, const Numbering& numbering,
+                   ChosenShifts& chosen) {
   if (polymer.guessed) {
     chosen.warnings.push_back(
         "no sequence in the file: it is guessed from the shifts, from residue " +
         chosen.residues.front().index + " to " + chosen.residues.back().index +
         ", with X for those without shifts");
+  }
+  if (namedBySequence) {
+    chosen.warnings.emplace_back(
+        "the shifts name no residues: by their numbers they are those of the sequence");
   }
   if (numbering.moved) {
     chosen.warnings.push_back("numbers moved: " + numbering.way);

@@ -5,10 +5,11 @@
 
 /// What is said of shifts that were chosen; each adds to their warnings and notes.
 
-/// A sequence that was guessed, numbers that were moved, residues named otherwise than by the
-/// sequence.
-void warnOfNumbers(const Polymer& polymer, const std::vector<const ShiftRun*>& runs,
-                   const Numbering& numbering, ChosenShifts& chosen);
+/// A sequence that was guessed, residues that have numbers only, numbers that were moved, residues
+/// named otherwise than by the sequence.
+void warnOfNumbers(const Polymer& polymer, bool namedBySequence,
+                   const std::vector<const ShiftRun*>& runs, const Numbering& numbering,
+                   ChosenShifts& chosen);
 /// Shifts of no certain residue.
 void warnOfStrays(const ShiftList& list, ChosenShifts& chosen);
 /// What was left out or is doubtful, by residue and atom.

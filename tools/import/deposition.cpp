@@ -6,6 +6,7 @@
 #include "table/number.h"
 #include "tools/common/tool.h"
 #include "tools/import/amino_acids.h"
+#include "tools/import/residue_names.h"
 
 namespace {
 
@@ -132,8 +133,11 @@ bool ShiftRun::isFirm() const {
          index.find_first_of("+-", 1) == std::string_view::npos;
 }
 
-void ShiftList::add(const ListedShift& row) {
+void ShiftList::add(const ListedShift& listed) {
   ++rows;
+  ListedShift row = listed;
+  row.index = plainCount(row.index);
+  row.author = plainCount(row.author);
   const bool same = !runs.empty() && runs.back().index == row.index &&
                     runs.back().polymer == row.polymer && runs.back().copy == row.copy &&
                     runs.back().author == row.author && runs.back().name == row.residue;

@@ -73,10 +73,11 @@ struct ShiftList {
   std::string conditions; ///< "298 K, pH 6.5", as far as the deposition says
   std::size_t line = 0;   ///< of its loop in the file
   std::size_t rows = 0;
+  bool namedBySequence = false; ///< its residues have numbers only
   std::deque<ShiftRun> runs;
   std::deque<Shift> shifts; ///< of all runs
 
-  void add(const ListedShift& row);
+  void add(const ListedShift& listed);
 };
 
 /// What a deposition holds of interest here. Its shifts point into the text that it was read from,

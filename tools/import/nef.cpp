@@ -1,5 +1,6 @@
 #include "tools/import/amino_acids.h"
 #include "tools/import/deposition.h"
+#include "tools/import/residue_names.h"
 
 namespace {
 
@@ -56,21 +57,27 @@ void addLinks(const StarDocument& document, const StarLoop& loop, const Chains& 
   }
 }
 
-void addShifts(const StarDocument& document, const StarFrame& frame, const StarLoop& loop,
-               Deposition& deposition) {
-  StarRows rows(
-      document, loop,
-      {loop.column({"_nef_chemical_shift.chain_code"}),
-       loop.column({"_nef_chemical_shift.sequence_code"}),
-       loop.column({"_nef_chemical_shift.residue_name", "_nef_chemical_shift.residue_type"}),
-       loop.column({"_nef_chemical_shift.atom_name"}), loop.column({"_nef_chemical_shift.value"})});
+void addList(const StarDocument& document, const StarFrame& frame, const StarLoop& loop,
+             Deposition& deposition) {
   ShiftList list;
   list.line = loop.line;
   list.name = frame.name;
   list.id = std::to_string(deposition.lists.size() + 1);
-  while (rows.next()) {
-    list.add({rows[0], {}, rows[1], rows[1], rows[2], rows[3], rows[4], {}});
-  }
+  const auto open = [&]() -> NextShift {
+    StarRows rows(
+        document, loop,
+        {loop.column({"_nef_chemical_shift.chain_code"}),
+         loop.column({"_nef_chemical_shift.sequence_code"}),
+         loop.column({"_nef_chemical_shift.residue_name", "_nef_chemical_shift.residue_type"}),
+         loop.column({"_nef_chemical_shift.atom_name"}),
+         loop.column({"_nef_chemical_shift.value"})});
+    return [rows](ListedShift& row) mutable {
+      const bool found = rows.next();
+      row = {rows[0], {}, rows[1], rows[1], rows[2], rows[3], rows[4], {}};
+      return found;
+    };
+  };
+  addShifts(open, deposition, list);
   deposition.add(std::move(list));
 }
 
@@ -83,13 +90,14 @@ Deposition readNef(const StarDocument& document, const StarBlock& frames) {
   for (const StarFrame& frame : frames) {
     for (const StarLoop& loop : frame.loops) {
       addSequence(document, loop, chains, deposition);
-      if (loop.has("_nef_chemical_shift.value")) {
-        addShifts(document, frame, loop, deposition);
-      }
     }
   }
+  tidyResidues(deposition);
   for (const StarFrame& frame : frames) { // now that every chain is known
     for (const StarLoop& loop : frame.loops) {
+      if (loop.has("_nef_chemical_shift.value")) {
+        addList(document, frame, loop, deposition);
+      }
       addLinks(document, loop, chains, deposition);
     }
   }

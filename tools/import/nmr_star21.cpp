@@ -2,6 +2,7 @@
 
 #include "tools/import/amino_acids.h"
 #include "tools/import/deposition.h"
+#include "tools/import/residue_names.h"
 
 namespace {
 
@@ -91,21 +92,6 @@ std::map<std::string, std::string> allConditions(const StarDocument& document,
   return conditions;
 }
 
-ShiftList readRows(const StarDocument& document, const StarLoop& loop, std::string_view molecule) {
-  StarRows rows(document, loop,
-                {loop.column({"_residue_seq_code"}), loop.column({"_residue_author_seq_code"}),
-                 loop.column({"_residue_label"}), loop.column({"_atom_name"}),
-                 loop.column({"_chem_shift_value"}),
-                 loop.column({"_chem_shift_ambiguity_code", "_chem_shift_ambiguity_type"})});
-  ShiftList list;
-  list.line = loop.line;
-  while (rows.next()) {
-    const std::string_view index = rows[0].empty() ? rows[1] : rows[0];
-    list.add({molecule, {}, index, rows[1], rows[2], rows[3], rows[4], rows[5]});
-  }
-  return list;
-}
-
 ShiftList readShifts(const StarDocument& document, const StarFrame& frame, const StarLoop& loop,
                      const std::map<std::string, std::string>& molecules,
                      const Deposition& deposition) {
@@ -114,9 +100,25 @@ ShiftList readShifts(const StarDocument& document, const StarFrame& frame, const
   // The polymers are complete by now: their texts stay where they are.
   const Polymer* const molecule =
       deposition.known(named == molecules.end() ? component : named->second);
-  ShiftList list = readRows(document, loop, molecule == nullptr ? "" : molecule->id);
+  const std::string_view id = molecule == nullptr ? std::string_view() : molecule->id;
+  ShiftList list;
+  list.line = loop.line;
   list.name = frame.name;
   list.id = std::to_string(deposition.lists.size() + 1);
+  const auto open = [&]() -> NextShift {
+    StarRows rows(document, loop,
+                  {loop.column({"_residue_seq_code"}), loop.column({"_residue_author_seq_code"}),
+                   loop.column({"_residue_label"}), loop.column({"_atom_name"}),
+                   loop.column({"_chem_shift_value"}),
+                   loop.column({"_chem_shift_ambiguity_code", "_chem_shift_ambiguity_type"})});
+    return [id, rows](ListedShift& row) mutable {
+      const bool found = rows.next();
+      row = {id,      {},     rows[0].empty() ? rows[1] : rows[0], rows[1], rows[2], rows[3],
+             rows[4], rows[5]};
+      return found;
+    };
+  };
+  addShifts(open, deposition, list);
   return list;
 }
 
@@ -134,6 +136,7 @@ Deposition readNmrStar21(const StarDocument& document, const StarBlock& frames) 
       addMolecule(document, frame, deposition);
     }
   }
+  tidyResidues(deposition);
   const std::map<std::string, std::string> molecules = componentFrames(document, frames);
   std::map<std::string, std::string> conditions = allConditions(document, frames);
   for (const StarFrame& frame : frames) {

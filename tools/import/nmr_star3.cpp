@@ -2,6 +2,7 @@
 
 #include "tools/import/amino_acids.h"
 #include "tools/import/deposition.h"
+#include "tools/import/residue_names.h"
 
 namespace {
 
@@ -191,7 +192,7 @@ void addBonds(const StarDocument& document, const StarLoop& loop, const CopyEnti
       }
       const auto entity = entities.find(rows[4]);
       const std::string id(rows[3].empty() && entity != entities.end() ? entity->second : rows[3]);
-      deposition.polymer(id).bonded.insert(std::string(rows[5]));
+      deposition.polymer(id).bonded.insert(std::string(plainCount(rows[5])));
     }
   }
 }
@@ -235,16 +236,24 @@ bool chainsAreCopies(const StarDocument& document, const StarLoop& loop) {
   return true;
 }
 
+/// The first value that is there: many files say a thing once, as the database or as the authors.
+std::string_view firstOf(std::initializer_list<std::string_view> values) {
+  const auto* const found = std::find_if(values.begin(), values.end(),
+                                         [](std::string_view value) { return !value.empty(); });
+  return found == values.end() ? std::string_view() : *found;
+}
+
 ShiftList readShifts(const StarDocument& document, const StarFrame& frame, const StarLoop& loop,
                      const Deposition& deposition) {
   const auto column = [&loop](const char* name) {
     return loop.column({(std::string("_atom_chem_shift.") + name).c_str()});
   };
-  StarRows rows(document, loop,
-                {column("entity_id"), column("entity_assembly_id"), column("comp_index_id"),
-                 column("seq_id"), column("auth_seq_id"), column("comp_id"), column("atom_id"),
-                 column("val"), column("ambiguity_code"), column("assigned_chem_shift_list_id"),
-                 column("auth_asym_id")});
+  const StarRows rows(document, loop,
+                      {column("entity_id"), column("entity_assembly_id"), column("comp_index_id"),
+                       column("seq_id"), column("auth_seq_id"), column("comp_id"),
+                       column("auth_comp_id"), column("atom_id"), column("auth_atom_id"),
+                       column("val"), column("ambiguity_code"),
+                       column("assigned_chem_shift_list_id"), column("auth_asym_id")});
   std::set<std::string_view> known;
   for (const Polymer& polymer : deposition.polymers) {
     if (!polymer.residues.empty()) {
@@ -256,15 +265,23 @@ ShiftList readShifts(const StarDocument& document, const StarFrame& frame, const
   list.line = loop.line;
   list.name = frame.name;
   list.id = frame.tag({"_assigned_chem_shift_list.id"});
-  while (rows.next()) {
-    ListedShift row{rows[0], rows[1], rows[2].empty() ? rows[3] : rows[2],
-                    rows[4], rows[5], rows[6],
-                    rows[7], rows[8]};
-    row.copy = chains ? rows[10] : row.copy;
+  const auto next = [&, own = rows](ListedShift& row) mutable {
+    if (!own.next()) {
+      return false;
+    }
+    row = {own[0],
+           chains ? own[12] : own[1],
+           firstOf({own[2], own[3], own[4]}),
+           own[4],
+           firstOf({own[5], own[6]}),
+           firstOf({own[7], own[8]}),
+           own[9],
+           own[10]};
     row.polymer = polymerOf(row, deposition.copyEntities, known);
-    list.id = list.id.empty() ? std::string(rows[9]) : list.id;
-    list.add(row);
-  }
+    list.id = list.id.empty() ? std::string(own[11]) : list.id;
+    return true;
+  };
+  addShifts([&next] { return NextShift(next); }, deposition, list);
   return list;
 }
 
@@ -285,6 +302,7 @@ Deposition readNmrStar3(const StarDocument& document, const StarBlock& frames) {
   deposition.copyEntities = assemblyEntities(document, frames);
   addCopies(document, frames, deposition.copyEntities, deposition);
   requireSequence(document, frames, deposition);
+  tidyResidues(deposition);
   std::map<std::string, std::string> conditions = allConditions(document, frames);
   for (const StarFrame& frame : frames) {
     for (const StarLoop& loop : frame.loops) {

@@ -238,7 +238,7 @@ ChosenShifts takePolymer(const Deposition& deposition, const PolymerShifts& shif
                          named("shift list", shifts.list->id, shifts.list->name) + " of " +
                          std::to_string(deposition.lists.size()));
   chosen.notes.push_back(numbering.way);
-  warnOfNumbers(polymer, runs, numbering, chosen);
+  warnOfNumbers(polymer, shifts.list->namedBySequence, runs, numbering, chosen);
   warnOfStrays(*shifts.list, chosen);
   TakenShifts taken = takeShifts(chosen.letters, *shifts.list, runs, numbering.positions);
   warnOfShifts(taken, chosen);

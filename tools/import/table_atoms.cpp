@@ -7,17 +7,20 @@ std::uint8_t tableAtom(char letter, std::string_view name) {
   if (is("H")) {
     return atomHn;
   }
+  if (is("C'") || is("CO")) {
+    return atomC;
+  }
   if (letter == 'G') {
-    if (is("HA") || is("HA%") || is("HA*") || is("QA")) {
+    if (is("HA") || is("HA%") || is("HA*") || is("HA#") || is("QA")) {
       return alphaAtom;
     }
-    if (is("HA1")) {
+    if (is("HA1") || is("1HA")) {
       return alphaOneAtom;
     }
-    if (is("HAX")) {
+    if (is("HAX") || is("HAA") || is("HA'") || is("2HA")) {
       return atomHa2;
     }
-    if (is("HAY")) {
+    if (is("HAY") || is("HAB") || is("HA''") || is("HA\"")) {
       return atomHa3;
     }
   }

@@ -1,0 +1,148 @@
+#include "tools/import/residue_names.h"
+
+#include <algorithm>
+
+#include "tools/import/amino_acids.h"
+
+namespace {
+
+/// Amino acids whose letters are not those of nucleotides, nor of unknown ones.
+constexpr std::string_view tellingLetters = "DEFHKLMPQRSVWY";
+/// Rows of glycines and prolines for one that cannot be, where numbers are read rightly.
+constexpr std::size_t rowsForOneClash = 20;
+
+bool isTelling(std::string_view name) {
+  return name.size() == 1 && tellingLetters.find(capitals(name)[0]) != std::string_view::npos;
+}
+
+/// The three-letter name for a letter; any other name as it is.
+std::string_view longName(std::string_view name) {
+  const std::string_view amino =
+      name.size() == 1 ? nameOfLetter(capitals(name)[0]) : std::string_view();
+  return amino.empty() ? name : amino;
+}
+
+void tidy(std::vector<Residue>& residues) {
+  const bool letters = std::any_of(residues.begin(), residues.end(),
+                                   [](const Residue& one) { return isTelling(one.name); }) &&
+                       std::none_of(residues.begin(), residues.end(), [](const Residue& one) {
+                         return oneLetterCode(one.name) != 'X';
+                       });
+  for (Residue& residue : residues) {
+    residue.index = std::string(plainCount(residue.index));
+    residue.author = std::string(plainCount(residue.author));
+    residue.name = letters ? std::string(longName(residue.name)) : residue.name;
+  }
+}
+
+/// Reads the numbers of shifts that name no residues in one way.
+class NumberedNames {
+ public:
+  using Names = std::unordered_map<std::string_view, std::string_view>;
+
+  NumberedNames(const Deposition& deposition, std::string Residue::*number) {
+    for (const Polymer& polymer : deposition.polymers) {
+      Names& names = byPolymer_[polymer.id];
+      for (const Residue& residue : polymer.residues) {
+        names.emplace(residue.*number, residue.name);
+      }
+    }
+  }
+
+  /// Empty where the residue is not known.
+  std::string_view nameOf(const ListedShift& row) const {
+    const auto own = byPolymer_.size() == 1 ? byPolymer_.begin() : byPolymer_.find(row.polymer);
+    if (own == byPolymer_.end() || row.index.empty()) {
+      return {};
+    }
+    const auto residue = own->second.find(plainCount(row.index));
+    return residue == own->second.end() ? std::string_view() : residue->second;
+  }
+
+  void count(const ListedShift& row) {
+    const char letter = oneLetterCode(nameOf(row));
+    found_ += letter == 'X' ? 0U : 1U;
+    if (letter == 'G' || letter == 'P') {
+      const std::uint8_t atom = tableAtom(letter, row.atom);
+      ++telling_;
+      clashes_ += atom == (letter == 'G' ? atomCb : atomHn) ? 1U : 0U;
+    }
+  }
+
+  std::size_t found() const { return found_; }
+  bool isLikely() const { return found_ > 0 && clashes_ * rowsForOneClash <= telling_; }
+
+ private:
+  std::map<std::string_view, Names> byPolymer_;
+  std::size_t found_ = 0;
+  std::size_t telling_ = 0;
+  std::size_t clashes_ = 0;
+};
+
+/// How a loop names its residues.
+enum class Naming { letters, numbers, usual };
+
+Naming namingOf(const NextShift& next) {
+  Naming naming = Naming::numbers;
+  for (ListedShift row; next(row);) {
+    if (row.residue.size() > 1 && oneLetterCode(row.residue) != 'X') {
+      return Naming::usual;
+    }
+    if (!row.residue.empty() && naming != Naming::letters) {
+      naming = isTelling(row.residue) ? Naming::letters : Naming::usual;
+    }
+  }
+  return naming;
+}
+
+} // namespace
+
+std::string_view plainCount(std::string_view text) {
+  constexpr std::string_view appended = ".0";
+  std::string_view count = text;
+  if (count.size() > appended.size() && count.substr(count.size() - appended.size()) == appended) {
+    count.remove_suffix(appended.size());
+  }
+  count.remove_prefix(!count.empty() && count[0] == '+' ? 1 : 0);
+  const std::size_t digits = !count.empty() && count[0] == '-' ? 1 : 0;
+  if (count.size() == digits || count.find_first_not_of("0123456789", digits) != count.npos) {
+    return text;
+  }
+  return count.substr(std::min(count.find_first_not_of('0'), count.size() - 1));
+}
+
+void tidyResidues(Deposition& deposition) {
+  for (Polymer& polymer : deposition.polymers) {
+    tidy(polymer.residues);
+    for (auto& [copy, residues] : polymer.copies) {
+      tidy(residues);
+    }
+  }
+}
+
+void addShifts(const std::function<NextShift()>& open, const Deposition& deposition,
+               ShiftList& list) {
+  const Naming naming = namingOf(open());
+  std::vector<NumberedNames> ways;
+  if (naming == Naming::numbers) {
+    ways.emplace_back(deposition, &Residue::index);
+    ways.emplace_back(deposition, &Residue::author);
+    const NextShift next = open();
+    for (ListedShift row; next(row);) {
+      ways[0].count(row);
+      ways[1].count(row);
+    }
+    const NumberedNames& best = ways[ways[1].found() > ways[0].found() ? 1 : 0];
+    list.namedBySequence = best.isLikely();
+    ways = {best};
+  }
+  const NextShift next = open();
+  for (ListedShift row; next(row);) {
+    if (list.namedBySequence) {
+      row.residue = ways[0].nameOf(row);
+    } else if (naming == Naming::letters) {
+      row.residue = longName(row.residue);
+    }
+    list.add(row);
+  }
+}
