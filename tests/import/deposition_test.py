@@ -65,6 +65,14 @@ class Depositions(ImportCase):
                     "_Entity_poly_seq."), "SPGC", None),
             ("a modified residue in letters",
              shifts21(["2 MSE CA 55", "3 GLY CA 45.1"], " _Mol_residue_sequence 'S(MSE)GC'\n"), "SMGC", None),
+            ("a title before letters", shifts21(rows, " _Mol_residue_sequence\n;\n>X_HUMAN\nSPGC*\n;\n"), "SPGC", None),
+            ("long names for letters", shifts21(rows, " _Mol_residue_sequence 'Ser-Pro-Gly-Cys'\n"), "SPGC", None),
+            ("early name of the values", bare(rows).replace(".Val", ".Chem_shift_val"), "SPGCA", None),
+            ("numbers sorted as text", bare(["9 SER CA 58", "10 PRO CA 63", "11 GLY CA 45"], "SER PRO GLY").replace(
+                "1 SER 1\n", "10 PRO 1\n").replace(" 2 PRO 1\n", " 11 GLY 1\n").replace(" 3 GLY 1\n", " 9 SER 1\n"),
+             "SPG", "molecule 1: its residues are listed out of order"),
+            ("NEF sorted as text", nef().replace(" A 8 SER\n A 9 PRO\n A 10 GLY\n", " A 10 GLY\n A 8 SER\n A 9 PRO\n"),
+             "SPGC", "molecule A: its residues are listed out of order"),
             ("states of residues", bare(["1 HIE CA 55", "2 cPRO CA 63", "3 CYSS CB 41", "4 LYS+ CA 56"],
                                         "HIS PRO CYS LYS"), "HPCK", None),
             ("nowhere", "data_1\n" + loop("Comp_index_ID Comp_ID Atom_ID Val",
@@ -179,6 +187,11 @@ class Depositions(ImportCase):
         table = self.table(good).stdout
         for name, text, arguments, said in [
             ("a table", table, [], "in: this is already a table"),
+            ("nothing", " \n", [], "in: the file is empty"),
+            ("what a server says", "<!DOCTYPE HTML>\n<html>\n_page = 1\n</html>", [], "in: this is a web page"),
+            ("a zip file", b"PK\x03\x04\n_a b", [], "in: this is a zip file: unpack it first"),
+            ("an editor's Unicode", good.encode("utf-16"), [], "in: this is text in UTF-16"),
+            ("a cut file", good[:good.index("2 PRO CB")] + "2 PRO", [], "in:22:2: the file ends in this row of the loop"),
             ("a letter", "Dear Sir,\nplease find\n", [], "in: not an NMR-STAR or NEF file"),
             ("coordinates", "data_x\nloop_\n_atom_site.id\n_atom_site.x\n1 2\n", [], "in: this is a structure"),
             ("PDB", "HEADER x\nATOM      1  N   MET A   1\n", [], "in: this is a structure"),

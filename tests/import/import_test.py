@@ -241,7 +241,7 @@ class Import(ImportCase):
         for arguments, status, said in [
             ([self.path("nowhere")], 66, "cannot read"),
             ([self.scratch.name], 66, "cannot read"),
-            ([self.write("empty", "")], 65, "not an NMR-STAR or NEF file"),
+            ([self.write("empty", "")], 65, "the file is empty"),
             ([self.write("binary", bytes(range(256)) * 100)], 65, "binary"),
             ([self.write("cut", star3()[:-40])], 65, "cut:"),
             ([self.write("open", "data_1\n_a\n;text\n")], 65, "open:"),

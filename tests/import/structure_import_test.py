@@ -115,6 +115,9 @@ SHAPES = [
     ("six-digit serial numbers", pdb(peptide()).replace("ATOM      ", "ATOM  10000"), []),
     ("words without columns", "".join("ATOM {} {} {} A {} {:.3f} {:.3f} {:.3f} 0.1 1.5\n".format(
         n, a["atom"], a["res"], a["num"], *a["xyz"]) for n, a in enumerate(peptide(), 1)), []),
+    ("words parted by tabs", "".join("ATOM\t{}\t{}\t{}\tA\t{}\t{:.3f}\t{:.3f}\t{:.3f}\n".format(
+        n, a["atom"], a["res"], a["num"], *a["xyz"]) for n, a in enumerate(peptide(), 1)), []),
+    ("small letters", pdb(renamed({}, chain="A")).lower().replace("atom  ", "ATOM  ").replace(" a ", " A "), ["--chain", "A"]),
     ("chain joined with the number", "".join("ATOM {} {} {} A{} {:.3f} {:.3f} {:.3f}\n".format(
         n, a["atom"], a["res"], a["num"] + 1000, *a["xyz"]) for n, a in enumerate(peptide(), 1)), []),
     ("copies without letters, parted", pdb(TWINS[0]) + "TER\n" + pdb(TWINS[1]), ["--chain", "2"]),
@@ -153,6 +156,8 @@ FIRST = line(peptide()[0])
 REFUSED = [
     ("nothing", "", [], "the file is empty"),
     ("blanks", " \n\n", [], "the file is empty"),
+    ("what a server says", "<html>\nnot found\n</html>", [], "this is a web page"),
+    ("a bzip2 file", b"BZh91AY&SY", [], "this is a bzip2 file: unpack it first"),
     ("a text", "Dear Sir,\n", [], "not a PDB or mmCIF file"),
     ("an mmCIF without atoms", "data_empty\n_entry.id x\n", [], "no atoms in this file"),
     ("an mmCIF with headings alone", TABLE.split("ATOM")[0], [], "s: "),

@@ -6,6 +6,7 @@
 #include "table/number.h"
 #include "tools/common/tool.h"
 #include "tools/import/amino_acids.h"
+#include "tools/import/foreign_file.h"
 #include "tools/import/residue_names.h"
 
 namespace {
@@ -24,7 +25,7 @@ bool anyTagBegins(const StarBlock& frames, const std::string& start) {
 bool holdsShifts(const StarBlock& frames) {
   return std::any_of(frames.begin(), frames.end(), [](const StarFrame& frame) {
     return std::any_of(frame.loops.begin(), frame.loops.end(), [](const StarLoop& loop) {
-      return loop.has("_nef_chemical_shift.value") || loop.has("_atom_chem_shift.val") ||
+      return loop.has("_nef_chemical_shift.value") || star3ValueColumn(loop) >= 0 ||
              (loop.has("_chem_shift_value") &&
               (loop.has("_residue_seq_code") || loop.has("_residue_author_seq_code")));
     });
@@ -96,7 +97,12 @@ bool lineBegins(std::string_view text, std::string_view word) {
       std::any_of(document.blocks.begin(), document.blocks.end(), [](const StarBlock& block) {
         return block.size() > 1 || !block[0].loops.empty() || !block[0].tags.empty();
       });
-  if (lineBegins(text, "VARS ") && lineBegins(text, "FORMAT ")) {
+  const std::string_view foreign = foreignKind(text);
+  if (trimmed(text).empty()) {
+    what = "the file is empty";
+  } else if (!foreign.empty()) {
+    what = "this is " + std::string(foreign);
+  } else if (lineBegins(text, "VARS ") && lineBegins(text, "FORMAT ")) {
     what = "this is already a table";
   } else if (lineBegins(text, "_atom_site.") || lineBegins(text, "ATOM  ")) {
     what = "this is a structure, not an NMR-STAR or NEF file";
@@ -184,23 +190,6 @@ const Polymer* Deposition::known(std::string_view polymerId) const {
     return one.id == polymerId && (!one.residues.empty() || !one.copies.empty());
   });
   return found == polymers.end() ? nullptr : &*found;
-}
-
-std::vector<Residue> residuesFromLetters(std::string_view letters) {
-  std::vector<Residue> residues;
-  const auto add = [&residues](const std::string& name) {
-    residues.push_back({std::to_string(residues.size() + 1), "", name});
-  };
-  for (std::size_t i = 0; i < letters.size(); ++i) {
-    const std::size_t close = letters[i] == '(' ? letters.find(')', i) : std::string_view::npos;
-    if (close != std::string_view::npos) {
-      add(capitals(letters.substr(i + 1, close - i - 1)));
-      i = close;
-    } else if (lowerCase(letters[i]) >= 'a' && lowerCase(letters[i]) <= 'z') {
-      add(threeLetterName(capitals(letters.substr(i, 1))[0]));
-    }
-  }
-  return residues;
 }
 
 Deposition readDeposition(std::string_view text, const std::string& file) {

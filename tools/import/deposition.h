@@ -121,9 +121,9 @@ Deposition readNmrStar3(const StarDocument& document, const StarBlock& frames);
 Deposition readNmrStar21(const StarDocument& document, const StarBlock& frames);
 Deposition readNef(const StarDocument& document, const StarBlock& frames);
 
-/// Residues from one-letter text, white space apart, numbered from 1; a name in parentheses, as in
-/// "A(MSE)G", is one residue.
-std::vector<Residue> residuesFromLetters(std::string_view letters);
+/// Column of the values in a loop of shifts of NMR-STAR 3, which early files call by a longer name;
+/// -1 for other loops.
+int star3ValueColumn(const StarLoop& loop);
 
 /// What NMR-STAR files say in words.
 namespace wording {

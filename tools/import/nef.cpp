@@ -9,8 +9,10 @@ using Chains = std::map<std::string_view, std::size_t>;
 
 /// Adds the residues of a sequence loop. Early files call the name of a residue its type. A
 /// cysteine without HG is in a disulfide bond.
+///
+/// \param orders  gets the place in the sequence of each residue of each chain
 void addSequence(const StarDocument& document, const StarLoop& loop, Chains& chains,
-                 Deposition& deposition) {
+                 std::vector<std::vector<std::string>>& orders, Deposition& deposition) {
   const int name = loop.column({"_nef_sequence.residue_name", "_nef_sequence.residue_type"});
   const int number = loop.column({"_nef_sequence.sequence_code"});
   if (name < 0 || number < 0) {
@@ -18,14 +20,17 @@ void addSequence(const StarDocument& document, const StarLoop& loop, Chains& cha
   }
   StarRows rows(document, loop,
                 {loop.column({"_nef_sequence.chain_code"}), number, name,
-                 loop.column({"_nef_sequence.residue_variant"})});
+                 loop.column({"_nef_sequence.residue_variant"}),
+                 loop.column({"_nef_sequence.index"})});
   while (rows.next()) {
     const auto [chain, added] = chains.emplace(rows[0], deposition.polymers.size());
     if (added) {
+      orders.emplace_back();
       deposition.polymers.emplace_back();
       deposition.polymers.back().id = rows[0];
       deposition.polymers.back().name = "chain " + std::string(rows[0]);
     }
+    orders[chain->second].emplace_back(rows[4].empty() ? rows[1] : rows[4]);
     Polymer& polymer = deposition.polymers[chain->second];
     polymer.residues.push_back({std::string(rows[1]), std::string(rows[1]), capitals(rows[2])});
     if (polymer.residues.back().name == "CYS" && rows[3] == "-HG") {
@@ -51,7 +56,7 @@ void addLinks(const StarDocument& document, const StarLoop& loop, const Chains& 
     for (const std::size_t end : {2U, 4U}) {
       const auto chain = chains.find(rows[end]);
       if (rows[0] == "SG" && rows[1] == "SG" && chain != chains.end()) {
-        deposition.polymers[chain->second].bonded.insert(std::string(rows[end + 1]));
+        deposition.polymers[chain->second].bonded.insert(std::string(plainCount(rows[end + 1])));
       }
     }
   }
@@ -87,9 +92,15 @@ Deposition readNef(const StarDocument& document, const StarBlock& frames) {
   Deposition deposition;
   deposition.kind = "NEF";
   Chains chains;
+  std::vector<std::vector<std::string>> orders;
   for (const StarFrame& frame : frames) {
     for (const StarLoop& loop : frame.loops) {
-      addSequence(document, loop, chains, deposition);
+      addSequence(document, loop, chains, orders, deposition);
+    }
+  }
+  for (std::size_t i = 0; i < orders.size(); ++i) {
+    if (sortByNumber(deposition.polymers[i].residues, orders[i])) {
+      deposition.problems.push_back(outOfOrder(deposition.polymers[i]));
     }
   }
   tidyResidues(deposition);

@@ -136,6 +136,7 @@ Deposition readNmrStar21(const StarDocument& document, const StarBlock& frames) 
       addMolecule(document, frame, deposition);
     }
   }
+  sortResidues(deposition);
   tidyResidues(deposition);
   const std::map<std::string, std::string> molecules = componentFrames(document, frames);
   std::map<std::string, std::string> conditions = allConditions(document, frames);

@@ -252,7 +252,9 @@ ShiftList readShifts(const StarDocument& document, const StarFrame& frame, const
                       {column("entity_id"), column("entity_assembly_id"), column("comp_index_id"),
                        column("seq_id"), column("auth_seq_id"), column("comp_id"),
                        column("auth_comp_id"), column("atom_id"), column("auth_atom_id"),
-                       column("val"), column("ambiguity_code"),
+                       star3ValueColumn(loop),
+                       loop.column({"_atom_chem_shift.ambiguity_code",
+                                    "_atom_chem_shift.chem_shift_ambiguity_code"}),
                        column("assigned_chem_shift_list_id"), column("auth_asym_id")});
   std::set<std::string_view> known;
   for (const Polymer& polymer : deposition.polymers) {
@@ -287,6 +289,10 @@ ShiftList readShifts(const StarDocument& document, const StarFrame& frame, const
 
 } // namespace
 
+int star3ValueColumn(const StarLoop& loop) {
+  return loop.column({"_atom_chem_shift.val", "_atom_chem_shift.chem_shift_val"});
+}
+
 Deposition readNmrStar3(const StarDocument& document, const StarBlock& frames) {
   Deposition deposition;
   deposition.kind = "NMR-STAR 3";
@@ -302,6 +308,7 @@ Deposition readNmrStar3(const StarDocument& document, const StarBlock& frames) {
   deposition.copyEntities = assemblyEntities(document, frames);
   addCopies(document, frames, deposition.copyEntities, deposition);
   requireSequence(document, frames, deposition);
+  sortResidues(deposition);
   tidyResidues(deposition);
   std::map<std::string, std::string> conditions = allConditions(document, frames);
   for (const StarFrame& frame : frames) {
@@ -309,7 +316,7 @@ Deposition readNmrStar3(const StarDocument& document, const StarBlock& frames) {
       if (usable(loop, "_bond.id") || usable(loop, "_bond.type")) {
         addBonds(document, loop, deposition.copyEntities, deposition);
       }
-      if (loop.has("_atom_chem_shift.val")) {
+      if (star3ValueColumn(loop) >= 0) {
         ShiftList list = readShifts(document, frame, loop, deposition);
         list.conditions =
             conditions[frame.tag({"_assigned_chem_shift_list.sample_condition_list_id"})];

@@ -70,13 +70,6 @@ Numbering tryTexts(const std::vector<Residue>& residues, const std::vector<const
   });
 }
 
-/// Whether a text is a decimal number and nothing else.
-bool isPlainNumber(std::string_view text) {
-  const std::size_t digits = !text.empty() && text[0] == '-' ? 1 : 0;
-  return text.size() > digits && text.size() < 9 &&
-         text.find_first_not_of("0123456789", digits) == std::string_view::npos;
-}
-
 Numbering tryCounts(const std::vector<Residue>& residues, const std::vector<const ShiftRun*>& runs,
                     const std::map<int, long long>& distances) {
   return tryNumbers(residues, runs, &ShiftRun::index, [&](std::string_view text) {
@@ -147,6 +140,12 @@ std::vector<long long> likelyDistances(const std::vector<Residue>& residues,
 }
 
 } // namespace
+
+bool isPlainNumber(std::string_view text) {
+  const std::size_t digits = !text.empty() && text[0] == '-' ? 1 : 0;
+  return text.size() > digits && text.size() < 9 &&
+         text.find_first_not_of("0123456789", digits) == std::string_view::npos;
+}
 
 bool namesAgree(const ShiftRun& run, const Residue& residue) {
   const char letter = oneLetterCode(residue.name);

@@ -26,6 +26,9 @@ Numbering alignNumbers(const std::vector<Residue>& residues,
 /// case where numbers did not have to be moved and three agree.
 bool fitsWell(const Numbering& numbering);
 
+/// Whether a text is a decimal number of at most eight characters and nothing else.
+bool isPlainNumber(std::string_view text);
+
 /// Whether a shift's residue name is that of a residue, under whichever of its names.
 bool namesAgree(const ShiftRun& run, const Residue& residue);
 

@@ -1,8 +1,12 @@
 #include "tools/import/residue_names.h"
 
 #include <algorithm>
+#include <map>
+#include <unordered_map>
 
+#include "table/number.h"
 #include "tools/import/amino_acids.h"
+#include "tools/import/numbering.h"
 
 namespace {
 
@@ -20,6 +24,29 @@ std::string_view longName(std::string_view name) {
   const std::string_view amino =
       name.size() == 1 ? nameOfLetter(capitals(name)[0]) : std::string_view();
   return amino.empty() ? name : amino;
+}
+
+bool isLetter(char c) {
+  return lowerCase(c) >= 'a' && lowerCase(c) <= 'z';
+}
+
+/// The names of a text that holds two three-letter names or more, and no other words.
+std::vector<std::string> longNames(std::string_view text) {
+  std::vector<std::string> names;
+  for (std::size_t at = 0; at < text.size();) {
+    const auto* const begin = std::find_if(text.begin() + at, text.end(), isLetter);
+    const auto* const end = std::find_if_not(begin, text.end(), isLetter);
+    const std::string_view word = text.substr(static_cast<std::size_t>(begin - text.begin()),
+                                              static_cast<std::size_t>(end - begin));
+    if (!word.empty() && (word.size() != 3 || oneLetterCode(word) == 'X')) {
+      return {};
+    }
+    if (!word.empty()) {
+      names.push_back(capitals(word));
+    }
+    at = static_cast<std::size_t>(end - text.begin());
+  }
+  return names.size() > 1 ? names : std::vector<std::string>();
 }
 
 void tidy(std::vector<Residue>& residues) {
@@ -111,8 +138,85 @@ std::string_view plainCount(std::string_view text) {
   return count.substr(std::min(count.find_first_not_of('0'), count.size() - 1));
 }
 
+std::vector<Residue> residuesFromLetters(std::string_view letters) {
+  std::vector<Residue> residues;
+  const auto add = [&residues](const std::string& name) {
+    residues.push_back({std::to_string(residues.size() + 1), "", name});
+  };
+  letters = trimmed(letters);
+  if (!letters.empty() && letters.front() == '>') {
+    letters.remove_prefix(std::min(letters.find_first_of("\r\n"), letters.size()));
+  }
+  const std::vector<std::string> names = longNames(letters);
+  std::for_each(names.begin(), names.end(), add);
+  for (std::size_t i = names.empty() ? 0 : letters.size(); i < letters.size(); ++i) {
+    const std::size_t close = letters[i] == '(' ? letters.find(')', i) : std::string_view::npos;
+    if (close != std::string_view::npos) {
+      add(capitals(letters.substr(i + 1, close - i - 1)));
+      i = close;
+    } else if (isLetter(letters[i])) {
+      add(threeLetterName(capitals(letters.substr(i, 1))[0]));
+    }
+  }
+  return residues;
+}
+
+bool sortByNumber(std::vector<Residue>& residues, const std::vector<std::string>& numbers) {
+  std::map<int, std::size_t> places;
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const std::string_view count = plainCount(numbers[i]);
+    if (!isPlainNumber(count) || !places.emplace(parseInt(count), i).second) {
+      return false;
+    }
+  }
+  const bool counts = !places.empty() && static_cast<std::size_t>(places.rbegin()->first) -
+                                                 static_cast<std::size_t>(places.begin()->first) ==
+                                             places.size() - 1;
+  const bool ordered =
+      std::is_sorted(places.begin(), places.end(),
+                     [](const auto& one, const auto& other) { return one.second < other.second; });
+  if (!counts || ordered) {
+    return false;
+  }
+  std::vector<Residue> sorted;
+  sorted.reserve(residues.size());
+  for (const auto& [number, place] : places) {
+    sorted.push_back(std::move(residues[place]));
+  }
+  residues = std::move(sorted);
+  return true;
+}
+
+std::string outOfOrder(const Polymer& polymer) {
+  return "molecule" + (polymer.id.empty() ? "" : " " + polymer.id) +
+         ": its residues are listed out of order, and sorted by their numbers";
+}
+
+void sortResidues(Deposition& deposition) {
+  const auto sort = [](std::vector<Residue>& residues) {
+    std::vector<std::string> numbers;
+    std::transform(residues.begin(), residues.end(), std::back_inserter(numbers),
+                   [](const Residue& residue) { return residue.index; });
+    return sortByNumber(residues, numbers);
+  };
+  for (Polymer& polymer : deposition.polymers) {
+    bool moved = sort(polymer.residues);
+    for (auto& [copy, residues] : polymer.copies) {
+      moved = sort(residues) || moved;
+    }
+    if (moved) {
+      deposition.problems.push_back(outOfOrder(polymer));
+    }
+  }
+}
+
 void tidyResidues(Deposition& deposition) {
   for (Polymer& polymer : deposition.polymers) {
+    std::set<std::string> bonded;
+    for (const std::string& index : polymer.bonded) {
+      bonded.emplace(plainCount(index));
+    }
+    polymer.bonded = std::move(bonded);
     tidy(polymer.residues);
     for (auto& [copy, residues] : polymer.copies) {
       tidy(residues);

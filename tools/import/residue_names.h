@@ -1,9 +1,8 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "tools/import/deposition.h"
 
@@ -13,6 +12,26 @@
 /// A residue number as it is counted: without "+", leading zeros, and the ".0" that programs for
 /// tables append. Other texts as they are.
 std::string_view plainCount(std::string_view text);
+
+/// Residues from one-letter text, numbered from 1; what is no letter is skipped. A name in
+/// parentheses, as in "A(MSE)G", is one residue. A line that begins with ">", as in files of
+/// sequences, is a title. Text of nothing but three-letter names, as in "Met-Ser-Pro", is read as
+/// such.
+std::vector<Residue> residuesFromLetters(std::string_view letters);
+
+/// Sorts residues that are listed out of order, as programs do that sort numbers as text.
+///
+/// \param numbers  of the residues along the sequence; nothing is done unless they are whole
+///                 numbers that count on without a gap
+/// \return whether anything was moved
+bool sortByNumber(std::vector<Residue>& residues, const std::vector<std::string>& numbers);
+
+/// What to say of it.
+std::string outOfOrder(const Polymer& polymer);
+
+/// Sorts the residues of all polymers by their own numbers, where these are a count. A problem of
+/// the deposition tells of it.
+void sortResidues(Deposition& deposition);
 
 /// Gives the residues of all polymers plain numbers and, where one-letter names can only be amino
 /// acids, three-letter names. "A", "C", "G", "T", "U" alone are nucleotides.

@@ -57,6 +57,8 @@ class RowWatch {
   bool broken() const { return count_ % width_ != 0; }
   std::size_t count() const { return count_; }
   std::size_t suspect() const { return outOfStep_ && linesAreRows_ ? suspect_ : start_; }
+  /// Whether nothing speaks against the rows before the last.
+  bool lastIsSuspect() const { return suspect() == start_; }
 
  private:
   bool firstOnLine(std::size_t at) const {
@@ -176,9 +178,12 @@ class Reading {
     loop.end = token_.at;
     if (watch.broken() || !closed) {
       loop.brokenAt = watch.suspect();
-      loop.broken = "a row of the loop of " + loop.tags.front() +
-                    " has not as many values as the " + "loop has tags (" +
-                    std::to_string(loop.tags.size()) + ")";
+      loop.broken = token_.kind == Kind::end && watch.lastIsSuspect()
+                        ? "the file ends in this row of the loop of " + loop.tags.front() +
+                              ": it is cut short"
+                        : "a row of the loop of " + loop.tags.front() +
+                              " has not as many values as the loop has tags (" +
+                              std::to_string(loop.tags.size()) + ")";
     } else if (watch.count() == 0 && token_.kind == Kind::loop) {
       loop.brokenAt = token_.at;
       loop.broken = "a loop stands inside of the loop of " + loop.tags.front();

@@ -5,6 +5,7 @@
 #include "table/file_io.h"
 #include "table/number.h"
 #include "tools/common/tool.h"
+#include "tools/import/foreign_file.h"
 #include "tools/import/gzip_text.h"
 #include "tools/import/structure_mmcif.h"
 #include "tools/import/structure_pdb.h"
@@ -51,7 +52,10 @@ void readText(std::string_view text, const std::string& name, ModelBuilder& buil
   if (isCif(text)) {
     readMmcifAtoms(text, name, builder, warnings);
   } else if (!readPdbAtoms(text, name, builder, warnings)) {
-    throw ToolError(ToolStatus::badData, name + ": not a PDB or mmCIF file: no atoms");
+    const std::string_view foreign = foreignKind(text);
+    throw ToolError(ToolStatus::badData,
+                    name + (foreign.empty() ? ": not a PDB or mmCIF file: no atoms"
+                                            : ": this is " + std::string(foreign)));
   }
 }
 

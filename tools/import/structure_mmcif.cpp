@@ -63,7 +63,7 @@ class AtomTable {
     record.chain = either(row, chain_);
     record.residue = either(row, residue_);
     record.location = value(row, location_);
-    record.atom.name = either(row, name_);
+    record.atom.name = gemmi::to_upper(either(row, name_));
     record.atom.element = gemmi::to_upper(value(row, symbol_));
     if (record.atom.element.empty()) {
       record.atom.element = elementNamed(record.atom.name);

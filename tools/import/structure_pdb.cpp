@@ -34,7 +34,7 @@ bool isCapital(char c) {
 /// Whether the line is a record of that name, in capitals or not. A number may follow at once.
 bool isRecord(std::string_view line, std::string_view name) {
   const char after = column(line, name.size() + 1);
-  if (line.size() < name.size() || (after != ' ' && !isDigit(after))) {
+  if (line.size() < name.size() || (after != ' ' && after != '\t' && !isDigit(after))) {
     return false;
   }
   for (std::size_t i = 0; i < name.size(); ++i) {
@@ -109,7 +109,7 @@ std::optional<AtomRecord> readColumns(std::string_view line) {
                                                       columns(line, 47, 54), record.atom)) {
     return std::nullopt;
   }
-  record.atom.name = columns(line, 13, 16);
+  record.atom.name = capitals(columns(line, 13, 16));
   readNames(line, record);
   record.location = columns(line, 17, 17);
   record.atom.bFactor = wholeNumber(columns(line, 61, 66)).value_or(0);
@@ -152,7 +152,7 @@ std::optional<AtomRecord> readWords(std::string_view line) {
     return std::nullopt;
   }
   AtomRecord record;
-  record.atom.name = words[at];
+  record.atom.name = capitals(words[at]);
   record.residue = words[at + 1];
   record.atom.element = elementOf("", record.atom.name);
   at += 2;
