@@ -169,14 +169,11 @@ void ShiftList::add(const ListedShift& listed) {
 }
 
 Polymer& Deposition::polymer(const std::string& polymerId) {
-  const auto found = std::find_if(polymers.begin(), polymers.end(),
-                                  [&](const Polymer& one) { return one.id == polymerId; });
-  if (found != polymers.end()) {
-    return *found;
+  const auto [place, added] = places_.emplace(polymerId, polymers.size());
+  if (added) {
+    polymers.emplace_back().id = polymerId;
   }
-  polymers.emplace_back();
-  polymers.back().id = polymerId;
-  return polymers.back();
+  return polymers[place->second];
 }
 
 void Deposition::add(ShiftList list) {

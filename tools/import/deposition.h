@@ -100,12 +100,15 @@ struct Deposition {
   std::size_t otherBlocks = 0;       ///< data blocks of the file that hold shifts too
   std::vector<std::string> problems; ///< of the file, none of which touches what was read
 
-  /// The polymer of that id, added when there is none.
+  /// The polymer of that id, added when there is none. Knows those that it has added itself.
   Polymer& polymer(const std::string& polymerId);
   /// The polymer of that id that has residues; null when there is none.
   const Polymer* known(std::string_view polymerId) const;
   /// Takes a list that has rows; others are dropped.
   void add(ShiftList list);
+
+ private:
+  std::map<std::string, std::size_t> places_; ///< of the polymers that were added by id
 };
 
 /// Recognises the kind of a file from its tags and gathers the molecules and shifts of its first
