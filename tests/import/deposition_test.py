@@ -68,6 +68,8 @@ class Depositions(ImportCase):
             ("a title before letters", shifts21(rows, " _Mol_residue_sequence\n;\n>X_HUMAN\nSPGC*\n;\n"), "SPGC", None),
             ("long names for letters", shifts21(rows, " _Mol_residue_sequence 'Ser-Pro-Gly-Cys'\n"), "SPGC", None),
             ("early name of the values", bare(rows).replace(".Val", ".Chem_shift_val"), "SPGCA", None),
+            ("the sequence once more", bare(rows).replace(" 5 ALA 1\n", " 5 ALA 1\n 1 SER 1\n 2 PRO 1\n 3 GLY 1\n"),
+             "SPGCA", "residues that are listed twice count once"),
             ("numbers sorted as text", bare(["9 SER CA 58", "10 PRO CA 63", "11 GLY CA 45"], "SER PRO GLY").replace(
                 "1 SER 1\n", "10 PRO 1\n").replace(" 2 PRO 1\n", " 11 GLY 1\n").replace(" 3 GLY 1\n", " 9 SER 1\n"),
              "SPG", "molecule 1: its residues are listed out of order"),
@@ -142,6 +144,15 @@ class Depositions(ImportCase):
             with open(self.path("map")) as file:
                 self.assertEqual([line.split("\t")[1] for line in file.read().splitlines()[1:]], authors)
             self.assertIn(("1", "P", "CA", value), rows_of(done.stdout))
+
+    def test_shifts_of_no_copy_belong_to_each(self):
+        text = bare([]).split("save_l")[0] + loop("Entity_assembly_ID Comp_index_ID Comp_ID Atom_ID Val", [
+            ". 2 PRO CB 32", "1 2 PRO CG 27", "1 3 GLY CA 45", "2 2 PRO CG 24", ". 1 SER CA 58"])
+        for arguments, value in (([], "27.000"), (["--copy", "2"], "24.000")):
+            rows = rows_of(self.table(text, *arguments).stdout)
+            self.assertIn(("2", "P", "CB", "32.000"), rows)
+            self.assertIn(("2", "P", "CG", value), rows)
+        self.assertIn("copies 1 (4 shifts), 2 (3 shifts)", self.table(text, "--list-contents").stdout)
 
     def test_what_does_not_matter_is_no_reason_to_refuse(self):
         good = bare(["1 SER CA 58", "2 PRO CB 32", "3 GLY CA 45", "4 CYS CA 57"])

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
+#include <tuple>
 #include <unordered_map>
 
 #include "table/number.h"
@@ -28,6 +30,18 @@ std::string_view longName(std::string_view name) {
 
 bool isLetter(char c) {
   return lowerCase(c) >= 'a' && lowerCase(c) <= 'z';
+}
+
+/// Takes out residues that are the same as one before, their numbers included.
+bool dropRepeats(std::vector<Residue>& residues) {
+  std::set<std::tuple<std::string, std::string, std::string>> seen;
+  const auto repeated = [&seen](const Residue& one) {
+    return !one.index.empty() && !seen.emplace(one.index, one.author, one.name).second;
+  };
+  const auto kept = std::remove_if(residues.begin(), residues.end(), repeated);
+  const bool any = kept != residues.end();
+  residues.erase(kept, residues.end());
+  return any;
 }
 
 /// The names of a text that holds two three-letter names or more, and no other words.
@@ -132,7 +146,8 @@ std::string_view plainCount(std::string_view text) {
   }
   count.remove_prefix(!count.empty() && count[0] == '+' ? 1 : 0);
   const std::size_t digits = !count.empty() && count[0] == '-' ? 1 : 0;
-  if (count.size() == digits || count.find_first_not_of("0123456789", digits) != count.npos) {
+  if (count.size() == digits ||
+      count.find_first_not_of("0123456789", digits) != std::string_view::npos) {
     return text;
   }
   return count.substr(std::min(count.find_first_not_of('0'), count.size() - 1));
@@ -200,6 +215,10 @@ void sortResidues(Deposition& deposition) {
     return sortByNumber(residues, numbers);
   };
   for (Polymer& polymer : deposition.polymers) {
+    if (dropRepeats(polymer.residues)) {
+      deposition.problems.push_back("molecule" + (polymer.id.empty() ? "" : " " + polymer.id) +
+                                    ": residues that are listed twice count once");
+    }
     bool moved = sort(polymer.residues);
     for (auto& [copy, residues] : polymer.copies) {
       moved = sort(residues) || moved;

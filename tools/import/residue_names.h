@@ -29,8 +29,8 @@ bool sortByNumber(std::vector<Residue>& residues, const std::vector<std::string>
 /// What to say of it.
 std::string outOfOrder(const Polymer& polymer);
 
-/// Sorts the residues of all polymers by their own numbers, where these are a count. A problem of
-/// the deposition tells of it.
+/// Sorts the residues of all polymers by their own numbers, where these are a count, and takes out
+/// those that are listed twice. Problems of the deposition tell of it.
 void sortResidues(Deposition& deposition);
 
 /// Gives the residues of all polymers plain numbers and, where one-letter names can only be amino

@@ -201,6 +201,9 @@ std::vector<PolymerShifts> shiftsByPolymer(const Deposition& deposition, const S
       owner->add(*run);
     }
   }
+  for (PolymerShifts& shifts : all) {
+    shifts.shareUnnamed();
+  }
   all.erase(std::remove_if(all.begin(), all.end(),
                            [](const PolymerShifts& shifts) { return shifts.rows == 0; }),
             all.end());
@@ -214,6 +217,18 @@ void PolymerShifts::add(const ShiftRun& run) {
   (copy == copies.end() ? copies[std::string(run.copy)] : copy->second) += run.rows;
 }
 
+void PolymerShifts::shareUnnamed() {
+  const auto unnamed = copies.find("");
+  if (unnamed == copies.end() || copies.size() == 1) {
+    return;
+  }
+  const std::size_t shared = unnamed->second;
+  copies.erase(unnamed);
+  for (auto& [copy, count] : copies) {
+    count += shared;
+  }
+}
+
 ChosenShifts takePolymer(const Deposition& deposition, const PolymerShifts& shifts,
                          const Choice& choice, const std::string& file) {
   ChosenShifts chosen;
@@ -224,7 +239,7 @@ ChosenShifts takePolymer(const Deposition& deposition, const PolymerShifts& shif
   chosen.copy = copy;
   std::vector<const ShiftRun*> runs;
   std::copy_if(shifts.runs.begin(), shifts.runs.end(), std::back_inserter(runs),
-               [&copy](const ShiftRun* run) { return run->copy == copy; });
+               [&copy](const ShiftRun* run) { return run->copy == copy || run->copy.empty(); });
   const auto listed = polymer.copies.find(copy);
   chosen.residues = polymer.guessed                  ? residuesFromShifts(runs, file)
                     : listed != polymer.copies.end() ? listed->second

@@ -34,6 +34,8 @@ struct PolymerShifts {
   std::map<std::string, std::size_t, std::less<>> copies; ///< rows by copy in the assembly
 
   void add(const ShiftRun& run);
+  /// Counts the shifts that name no copy to every copy that others name.
+  void shareUnnamed();
 };
 
 /// Whether most residues of a polymer are amino acids, of one without a sequence those of its
