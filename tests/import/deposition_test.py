@@ -131,6 +131,13 @@ class Depositions(ImportCase):
                 self.assertEqual(done.returncode, 65, done.stdout)
                 self.assertIn("no shifts of a protein", done.stderr)
 
+    def test_authors_numbers_are_not_mixed_with_the_other(self):
+        text = bare([]).split("save_l")[0] + loop("Comp_index_ID Auth_seq_ID Comp_ID Atom_ID Val", [
+            "1 2 SER CA 58", "2 3 PRO CB 32", ". 1 SER CB 63"])
+        done = self.table(text)
+        self.assertEqual(rows_of(done.stdout), [("1", "S", "CA", "58.000"), ("2", "P", "CB", "32.000")])
+        self.assertIn("1 shift of no certain residue left out", done.stderr)
+
     def test_each_copy_keeps_its_author_numbers(self):
         assembly = [f"{copy} {i} {name} {first + i}" for copy, first in (("A", 10), ("B", 200))
                     for i, name in enumerate(("PRO", "GLY", "ALA"), 1)]

@@ -7,6 +7,7 @@
 #include "tools/common/tool.h"
 #include "tools/import/amino_acids.h"
 #include "tools/import/foreign_file.h"
+#include "tools/import/nmr_star3_shifts.h"
 #include "tools/import/residue_names.h"
 
 namespace {

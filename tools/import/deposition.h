@@ -124,10 +124,6 @@ Deposition readNmrStar3(const StarDocument& document, const StarBlock& frames);
 Deposition readNmrStar21(const StarDocument& document, const StarBlock& frames);
 Deposition readNef(const StarDocument& document, const StarBlock& frames);
 
-/// Column of the values in a loop of shifts of NMR-STAR 3, which early files call by a longer name;
-/// -1 for other loops.
-int star3ValueColumn(const StarLoop& loop);
-
 /// What NMR-STAR files say in words.
 namespace wording {
 /// Whether a text on thiols says that all cysteines are oxidised.
