@@ -16,10 +16,8 @@ constexpr int residuesPerPicture = 35; // as wide as a narrow phone
 void fillSequence(const Report& report, PageData& page) {
   PageData stretches = pageList();
   const Tracks tracks = sequenceTracks(report);
-  const int end = report.inputs.lastResidue();
-  for (int first = report.inputs.firstResidue(); first <= end; first += residuesPerPicture) {
-    const int last = std::min(first + residuesPerPicture - 1, end);
-    stretches << PageData("picture", sequencePicture(report, tracks, first, last).inlined());
+  for (const Stretch& stretch : stretchesOf(report.inputs, residuesPerPicture)) {
+    stretches << PageData("picture", sequencePicture(report, tracks, stretch).inlined());
   }
   page.set("stretches", stretches);
   page.set("hasShifts", !tracks.empty());

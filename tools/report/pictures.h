@@ -32,9 +32,17 @@ Tracks sequenceTracks(const Report& report);
 /// Whether none is left out.
 bool areAll(const Tracks& tracks);
 
-/// Secondary shifts of the residues first to last, a track for each atom; prolines stand out by
-/// their call, outliers by an exclamation mark.
-Picture sequencePicture(const Report& report, const Tracks& tracks, int first, int last);
+/// Residues of the sequence, numbered without a gap.
+struct Stretch {
+  int first;
+  int last; ///< included; may be the largest number that there is
+};
+/// The whole sequence, in stretches of at most so many residues.
+std::vector<Stretch> stretchesOf(const Inputs& inputs, int longest);
+
+/// Secondary shifts of a stretch, a track for each atom; prolines stand out by their call, outliers
+/// by an exclamation mark.
+Picture sequencePicture(const Report& report, const Tracks& tracks, const Stretch& stretch);
 
 /// Largest contribution that the bars show in full: that of the report, rounded up, at most 10.
 double contributionScale(const Report& report);

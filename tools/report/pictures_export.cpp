@@ -44,11 +44,9 @@ std::vector<Output> pictureFiles(const Report& report, const std::string& target
     }
   }
   const Tracks tracks = sequenceTracks(report);
-  const int end = report.inputs.lastResidue();
-  for (int first = report.inputs.firstResidue(); first <= end; first += residuesPerPicture) {
-    const int last = std::min(first + residuesPerPicture - 1, end);
-    files.push_back({target + "/secondary-shifts-" + std::to_string(first) + ".svg",
-                     sequencePicture(report, tracks, first, last).standalone()});
+  for (const Stretch& stretch : stretchesOf(report.inputs, residuesPerPicture)) {
+    files.push_back({target + "/secondary-shifts-" + std::to_string(stretch.first) + ".svg",
+                     sequencePicture(report, tracks, stretch).standalone()});
   }
   return files;
 }
