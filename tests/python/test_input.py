@@ -40,6 +40,14 @@ def test_choices(examples):
     assert counts == [len(ubiquitin[1]), len(ubiquitin[1]) - 1]
 
 
+def test_advice_is_given_until_it_is_followed(examples):
+    text = deposition(protein(examples / "xcc2852.tab")) + (
+        "save_s\nloop_\n_Sample_component.Isotopic_labeling\n'[U-2H; U-15N]'\nstop_\nsave_\n")
+    for isotope in (False, True):
+        warnings = citrans.predict(text, isotope=isotope).warnings
+        assert any("consider citrans -iso" in each for each in warnings) != isotope
+
+
 REFUSED = [
     # source, arguments, words of the message
     (b"", {}, "shifts"),

@@ -73,13 +73,18 @@ Imported importFile(const File& shifts, const Settings& settings, Result& result
   return imported;
 }
 
-void takeImported(Imported imported, std::string_view name, Result& result) {
+void takeImported(Imported imported, std::string_view name, const Settings& settings,
+                  Result& result) {
   result.name = stemOf(name);
   result.imported = !imported.map.empty();
   result.table = std::move(imported.table);
   result.map = std::move(imported.map);
   note(result, Step::import, false, imported.remarks);
-  note(result, Step::import, true, imported.warnings);
+  for (const std::string& warning : imported.warnings) {
+    if (!settings.isotope || warning.find(isotopeAdvice) == std::string::npos) {
+      note(result, Step::import, true, {warning});
+    }
+  }
 }
 
 std::string lettersOf(const GDB& table, const std::string& name) {
@@ -254,8 +259,9 @@ void Analyser::analyseTable(const std::optional<File>& structure, const Settings
 Result Analyser::analyse(const File& shifts, const std::optional<File>& structure,
                          const Settings& settings) const {
   Result result;
-  inStep(Step::import, plain(shifts.name),
-         [&]() { takeImported(importFile(shifts, settings, result), shifts.name, result); });
+  inStep(Step::import, plain(shifts.name), [&]() {
+    takeImported(importFile(shifts, settings, result), shifts.name, settings, result);
+  });
   analyseTable(structure, settings, result);
   return result;
 }
@@ -263,7 +269,7 @@ Result Analyser::analyse(const File& shifts, const std::optional<File>& structur
 Result Analyser::analyse(const Imported& imported, std::string_view name,
                          const Settings& settings) const {
   Result result;
-  takeImported(imported, name, result);
+  takeImported(imported, name, settings, result);
   analyseTable(std::nullopt, settings, result);
   return result;
 }

@@ -9,6 +9,9 @@
 /// From a deposition to the program's input, without files and without printing: what the command,
 /// a page or a module calls.
 
+/// The warning of a deuterated sample. It is followed by asking for the isotope correction.
+inline constexpr char isotopeAdvice[] = "a sample is deuterated: consider citrans -iso";
+
 /// A deposition as the program reads it, and what there is to say of it.
 struct Imported {
   std::string table;                 ///< the input table

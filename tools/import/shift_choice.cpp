@@ -6,6 +6,7 @@
 #include "tools/common/tool.h"
 #include "tools/import/amino_acids.h"
 #include "tools/import/chosen_checks.h"
+#include "tools/import/import.h"
 #include "tools/import/numbering.h"
 
 namespace {
@@ -262,7 +263,7 @@ ChosenShifts takePolymer(const Deposition& deposition, const PolymerShifts& shif
   warnOfMissingNuclei(chosen);
   markCysteines(polymer, choice.oxidisedByCb, chosen);
   if (deposition.deuterated) {
-    chosen.warnings.emplace_back("a sample is deuterated: consider citrans -iso");
+    chosen.warnings.emplace_back(isotopeAdvice);
   }
   if (deposition.otherBlocks > 0) {
     chosen.warnings.push_back(

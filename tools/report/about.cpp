@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "tools/import/import.h"
 #include "tools/report/inputs.h"
 #include "tools/report/text.h"
 
@@ -40,7 +41,7 @@ void dropFollowedAdvice(About& about) {
     return text.find(isotopeShifts) != std::string::npos;
   };
   const auto isAdvice = [](const std::string& text) {
-    return text.find("consider citrans -iso") != std::string::npos;
+    return text.find(isotopeAdvice) != std::string::npos;
   };
   if (std::any_of(about.corrections.begin(), about.corrections.end(), isIsotopes)) {
     about.warnings.erase(std::remove_if(about.warnings.begin(), about.warnings.end(), isAdvice),
