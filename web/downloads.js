@@ -16,10 +16,11 @@ function offered(info) {
     .filter(({ kind, file }) => file && (kind !== "map" || info.imported));
 }
 
-function showDownloads(info) {
+/** Offers the outputs of a job with this outcome. */
+function showDownloads(job, info) {
   const all = offered(info);
   const [first, ...others] = all.map(({ kind, label, file }) => {
-    const pressed = button(label, () => saveOutputs([{ kind, file }]));
+    const pressed = button(label, () => saveOutputs(job, [{ kind, file }]));
     pressed.dataset.kind = kind;
     return pressed;
   });
@@ -27,17 +28,18 @@ function showDownloads(info) {
   const more = element("details", { id: "more" }, element("summary", {}, "Save other files"),
                        element("p", { class: "buttons" }, ...others));
   more.open = wasOpen;
-  const together = button("Save all (ZIP)", () => saveOutputs(all, info.name + ".zip"));
+  const together = button("Save all (ZIP)", () => saveOutputs(job, all, info.name + ".zip"));
   together.dataset.kind = "zip";
   byId("downloads").replaceChildren(
     element("p", { class: "buttons" }, first, together, button("Print the report", () => print())), more);
   byId("downloads").hidden = false;
 }
 
-/** Saves one output, or all that are named in an archive of this name. */
-async function saveOutputs(wanted, archive = "") {
+/** Saves one output of a job, or all that are named in an archive of this name. */
+async function saveOutputs(job, wanted, archive = "") {
+  complain("");
   try {
-    const { outputs } = await run({ ...current, settings: settings(), outputs: wanted.map(({ kind }) => kind) });
+    const { outputs } = await run({ ...job, outputs: wanted.map(({ kind }) => kind) });
     if (!archive) {
       save(wanted[0].file, outputs[wanted[0].kind]);
       return;

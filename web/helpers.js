@@ -42,6 +42,7 @@ async function streamBytes(stream, name) {
 
 async function unpack(bytes, name) {
   if (bytes[0] !== 0x1f || bytes[1] !== 0x8b) return bytes;
+  if (!globalThis.DecompressionStream) throw new Error(`${name}: this browser cannot unpack it`);
   try {
     return await streamBytes(new Blob([bytes]).stream().pipeThrough(new DecompressionStream("gzip")), name);
   } catch (error) {

@@ -1,63 +1,70 @@
 "use strict";
 // Many files: the list that the companion programs make, with entries that open here.
 
-let task = null; // { stopped } of the files that are under way
+let task = null; // owner of the jobs on the files that are under way
 let listed = null; // { rows, chosen }: the files of the list, and the settings that it was made with
 
 /**
- * Does something with one file after the other, with progress and a way to stop.
+ * Does something with one file after the other, with progress and a way to stop. The action gets the
+ * file and the owner of its jobs.
  *
  * Gives what was made until the end or until it was stopped; null when other files came meanwhile.
  */
 async function eachOf(items, action) {
+  abandon();
   const mine = { stopped: false };
   const done = [];
+  let replaced = false;
   task = mine;
   byId("progress").hidden = false;
-  for (const item of items) {
-    byId("bar").value = done.length / items.length;
-    byId("doing").textContent = `${done.length + 1} of ${items.length}: ${item.name}`;
-    const made = await action(item);
-    if (mine.stopped || task !== mine) break;
-    done.push(made);
+  try {
+    for (const item of items) {
+      byId("bar").value = done.length / items.length;
+      byId("doing").textContent = `${done.length + 1} of ${items.length}: ${item.name}`;
+      const made = await action(item, mine);
+      if (mine.stopped) break;
+      done.push(made);
+    }
+  } catch (error) {
+    if (!mine.stopped) throw error; // otherwise it is the end of the job
+  } finally {
+    replaced = task !== mine;
+    if (!replaced) abandon();
   }
-  if (task !== mine) return null;
-  abandon();
-  return done;
+  return replaced ? null : done;
 }
 
 function abandon() {
+  if (task) giveUp(task);
   task = null;
   byId("progress").hidden = true;
 }
 
-function stop() {
-  if (task) task.stopped = true;
-  if (stopWorker) stopWorker();
-}
-
-async function takeMany(files) {
-  ++latest; // what is under way would come into the way
+async function takeMany(files, wanted) {
+  if (asked) giveUp(asked);
   current = null;
   clearResult();
-  byId("index").hidden = true;
-  byId("controls").hidden = true;
+  for (const id of ["index", "controls"]) byId(id).hidden = true;
   forget(["entity", "list", "copy", "chain"]);
   const chosen = settings();
   say("");
-  const rows = await eachOf(files, (file) => indexRow(file, chosen));
+  const rows = await eachOf(files, (file, owner) => indexRow(file, chosen, owner));
   if (!rows) return;
+  const html = await indexPage(rows, (row, at) => `#file-${at}`);
+  if (!wanted()) return;
   listed = { rows, chosen };
-  await showIndex();
-  say(`${rows.length} of ${files.length} files, ${rows.filter((row) => row.error).length} cannot be used.`);
+  showIndex(html);
+  say(`${rows.length} of ${files.length} files, ${rows.filter((row) => row.error).length} cannot be used.` +
+    (chosen.isotope ? " All are taken as deuterated." : "") +
+    (chosen.rereference ? "" : " The referencing is left as it is."));
 }
 
-async function indexRow(source, chosen) {
+async function indexRow(source, chosen, owner) {
   const row = { name: source.name, source };
   try {
     const shifts = await readFile(source);
     if (isStructure(shifts.bytes)) throw new Error("a structure: drop it with one file of shifts");
-    const { info } = await run({ shifts, structure: null, settings: chosen });
+    const { info } = await run({ shifts, structure: null, settings: chosen }, owner);
     row.entry = info.entry;
     row.prolines = info.prolines;
   } catch (error) {
@@ -74,21 +81,17 @@ async function indexPage(rows, linkOf) {
   return (await run({ name: "the list", index })).html;
 }
 
-async function showIndex() {
-  try {
-    const page = parsed(await indexPage(listed.rows, (row, at) => `#file-${at}`));
-    byId("index").replaceChildren(
-      ...page.querySelector("main").childNodes,
-      element("p", { class: "buttons" }, button("Save all reports (ZIP)", saveReports),
-              button("Save all prolines (TSV)", saveProlines)));
-    startIndex();
-    document.body.classList.add("shown", "listed");
-    document.title = page.title;
-    byId("index").hidden = false;
-    focusListIfLost();
-  } catch (error) {
-    complain(error.message);
-  }
+function showIndex(html) {
+  const page = parsed(html);
+  byId("index").replaceChildren(
+    ...page.querySelector("main").childNodes,
+    element("p", { class: "buttons" }, button("Save all reports (ZIP)", saveReports),
+            button("Save all prolines (TSV)", saveProlines)));
+  startIndex();
+  document.body.classList.add("shown", "listed");
+  document.title = page.title;
+  byId("index").hidden = false;
+  focusListIfLost();
 }
 
 /** For the keyboard, when the button to stop is gone. Browsers may let a hidden element keep the focus
@@ -99,14 +102,17 @@ function focusListIfLost() {
 }
 
 async function openRow(row) {
+  const wanted = newWish();
+  complain("");
   try {
     const shifts = await readFile(row.source);
+    if (!wanted()) return;
     shifts.fromIndex = true;
-    await takeOne(shifts, null);
+    if (!await takeOne(shifts, null)) return;
     byId("result").focus({ preventScroll: true }); // which would show its middle
     byId("result").scrollIntoView();
   } catch (error) {
-    complain(error.message);
+    if (wanted()) complain(error.message);
   }
 }
 
@@ -119,22 +125,27 @@ byId("index").addEventListener("click", (event) => {
 
 /** The reports and the list in an archive; its links hold where it is unpacked. */
 async function saveReports() {
+  complain("");
   const { rows, chosen } = listed;
   const linkOf = (row, at) => `pages/${at + 1}-${row.name.slice(0, 60).replace(/[^\w.-]/g, "_")}.html`;
   const zip = new Zip();
   const reports = rows.map((row, at) => ({ ...row, page: linkOf(row, at) })).filter((row) => !row.error);
   try {
-    const done = await eachOf(reports, async ({ source, page }) => {
-      const { outputs } = await run({ shifts: await readFile(source), structure: null, settings: chosen, outputs: ["html"] });
-      zip.add(page, outputs.html);
+    const done = await eachOf(reports, async ({ source, page }, owner) => {
+      const job = { shifts: await readFile(source), structure: null, settings: chosen, outputs: ["html"] };
+      zip.add(page, (await run(job, owner)).outputs.html);
     });
-    if (done) focusListIfLost();
-    if (!done || done.length < reports.length) return;
+    if (!done) return;
+    if (done.length < reports.length) {
+      say("Stopped: no archive is saved.");
+      return;
+    }
     zip.add("index.html", await indexPage(rows, linkOf));
     save("citrans.zip", zip.blob());
   } catch (error) {
-    abandon();
     complain(error.message);
+  } finally {
+    focusListIfLost();
   }
 }
 

@@ -3,10 +3,17 @@
 
 // --- what is shown ---------------------------------------------------------------------------
 
+const plainTitle = document.title;
 let current = null; // { shifts, structure }
 let shown = null; // the shifts that were analysed last
-let started = 0; // when files came, ms
-let latest = 0; // of the requests to show; an older one that comes late is not shown
+let asked = null; // owner of the job to show; the answer to an older one comes too late
+let wishes = 0; // for other files
+
+/** Begins a wish for other files; gives a function that says whether it is the user's latest. */
+function newWish() {
+  const mine = ++wishes;
+  return () => mine === wishes;
+}
 
 function say(text) { byId("status").textContent = text; }
 
@@ -24,9 +31,13 @@ function settings() {
   return chosen;
 }
 
-/** Forgets choices of an earlier file, or those that hang on one that changed. */
+/** Forgets choices of an earlier file, or those that hang on one that changed. Until the new ones are
+    known there is nothing to choose from. */
 function forget(names) {
-  for (const name of names) delete byId("controls")[name].dataset.chosen;
+  for (const name of names) {
+    delete byId("controls")[name].dataset.chosen;
+    byId("controls")[name].disabled = true;
+  }
 }
 
 function showControls(info) {
@@ -38,6 +49,7 @@ function showControls(info) {
       option.selected = chosen;
       return option;
     }));
+    select.disabled = false;
     select.closest("label").hidden = list.length < 2;
   }
   byId("controls").hidden = false;
@@ -67,32 +79,44 @@ function showReport(html) {
 function clearResult() {
   byId("result").replaceChildren();
   for (const id of ["decisions", "downloads"]) byId(id).hidden = true;
+  document.title = plainTitle;
 }
 
+/** Shows the report on the current files; false when there is none, or other ones came meanwhile. */
 async function show() {
-  const request = ++latest;
+  if (asked) giveUp(asked);
+  const mine = asked = { stopped: false };
+  const job = { ...current, settings: settings() };
+  complain("");
+  const slow = setTimeout(() => mine.stopped || say("Working ..."), patience);
   try {
-    const { info, outputs } = await run({ ...current, settings: settings(), outputs: ["html"] });
-    if (request !== latest) return;
-    shown = current.shifts;
-    complain("");
+    const { info, outputs } = await run({ ...job, outputs: ["html"] }, mine);
+    if (mine.stopped) return false;
+    shown = job.shifts;
     document.body.classList.add("shown");
     showControls(info);
     showDecisions(info);
-    showDownloads(info);
+    showDownloads(job, info);
     showReport(outputs.html);
-    const against = current.structure ? ` and ${current.structure.name}` : "";
-    say(`${current.shifts.name}${against}: ${info.prolines.length} prolines in ${info.residues} residues.`);
-    // How long it took from the drop until all of it has its place, for whoever wants to know.
-    byId("result").getBoundingClientRect();
-    document.body.dataset.ms = String(performance.now() - started);
+    const against = job.structure ? ` and ${job.structure.name}` : "";
+    say(`${job.shifts.name}${against}: ${info.prolines.length} prolines in ${info.residues} residues.`);
+    return true;
   } catch (error) {
-    if (request !== latest) return;
-    clearResult();
-    say("");
-    complain(error.message);
-    if (current && current.shifts !== shown) current = null; // a structure has nothing to stand beside
+    if (!mine.stopped) showNothing(error.message);
+    return false;
+  } finally {
+    clearTimeout(slow);
   }
+}
+
+/** Instead of a report, why there is none. */
+function showNothing(why) {
+  clearResult();
+  say("");
+  complain(why);
+  if (current.shifts === shown) return; // other choices may give one
+  current = null; // a structure has nothing to stand beside
+  byId("controls").hidden = true;
 }
 
 // --- files -----------------------------------------------------------------------------------
@@ -104,25 +128,30 @@ function isStructure(bytes) {
 
 async function readFile(file) {
   if (file.size > largestFile) throw new Error(`${file.name}: larger than ${largestFile / 1e6} MB`);
-  const bytes = await unpack(new Uint8Array(await file.arrayBuffer()), file.name);
-  return { name: file.name, bytes };
+  const packed = await file.arrayBuffer().catch(() => {
+    throw new Error(`${file.name}: cannot be read; is it a folder, or gone?`);
+  });
+  return { name: file.name, bytes: await unpack(new Uint8Array(packed), file.name) };
 }
 
-/** Takes what was dropped or chosen: shifts, a structure beside them, or many files. */
-async function take(files) {
-  started = performance.now();
+async function exampleFiles(name) {
+  const files = JSON.parse(new TextDecoder().decode(await unpack(decoded("examples"), "examples")));
+  return files[name].map(([file, text]) => new File([text], file));
+}
+
+/** Takes what was dropped or chosen, or will be there soon: shifts, a structure beside them, or many files. */
+async function take(coming) {
+  const wanted = newWish();
   complain("");
   abandon();
-  if (files.length > 2) {
-    await takeMany(files);
-    return;
-  }
   try {
-    const read = await Promise.all(files.map(readFile));
+    const files = await coming;
+    const read = files.length > 2 ? [] : await Promise.all(files.map(readFile));
+    if (!wanted()) return;
     const structures = read.filter(({ bytes }) => isStructure(bytes));
     const shifts = read.filter((file) => !structures.includes(file));
-    if (shifts.length > 1) {
-      await takeMany(files);
+    if (files.length > 2 || shifts.length > 1) {
+      await takeMany(files, wanted);
     } else if (shifts.length === 0 && !current) {
       complain(`${read[0].name}: this is a structure; drop the shifts first, or both together`);
     } else if (structures.length > 1) {
@@ -131,7 +160,7 @@ async function take(files) {
       takeOne(shifts[0] || current.shifts, structures[0] || null);
     }
   } catch (error) {
-    complain(error.message);
+    if (wanted()) complain(error.message);
   }
 }
 
@@ -146,7 +175,7 @@ function takeOne(shifts, structure) {
 // --- events ----------------------------------------------------------------------------------
 
 byId("choose").addEventListener("change", (event) => {
-  take([...event.target.files]);
+  if (event.target.files.length > 0) take([...event.target.files]);
   event.target.value = "";
 });
 addEventListener("dragover", (event) => { event.preventDefault(); byId("drop").classList.add("over"); });
@@ -157,7 +186,7 @@ addEventListener("drop", (event) => {
   if (event.dataTransfer.files.length > 0) take([...event.dataTransfer.files]);
 });
 byId("use").addEventListener("click", () => take([new File([byId("text").value], "pasted.txt")]));
-byId("stop").addEventListener("click", stop);
+byId("stop").addEventListener("click", () => task && giveUp(task, 0));
 byId("controls").addEventListener("submit", (event) => event.preventDefault());
 byId("controls").addEventListener("change", ({ target }) => {
   if (target.name === "entity") forget(["list", "copy", "chain"]);
@@ -166,10 +195,7 @@ byId("controls").addEventListener("change", ({ target }) => {
   if (current) show();
 });
 for (const each of document.querySelectorAll("[data-example]")) {
-  each.addEventListener("click", async () => {
-    const files = JSON.parse(new TextDecoder().decode(await unpack(decoded("examples"), "examples")));
-    take(files[each.dataset.example].map(([name, text]) => new File([text], name)));
-  });
+  each.addEventListener("click", () => take(exampleFiles(each.dataset.example)));
 }
 worker = startWorker();
 worker.catch((error) => complain(`This browser cannot run the program: ${error.message}`));

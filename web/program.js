@@ -2,18 +2,18 @@
 // The program, in a worker.
 
 const longestJob = 60000; // ms
+const patience = 500; // ms, for a job that nobody waits for; a new worker takes as long
 
 let module_ = null;
 let worker = null;
-let jobs = 0;
-let stopWorker = null;
+let running = null; // { owner, end } of the job that the worker has
 
 async function startWorker() {
   module_ = module_ || await unpack(decoded("module"), "module");
   const url = URL.createObjectURL(new Blob([byId("worker").textContent], { type: "text/javascript" }));
   const started = new Worker(url);
   await new Promise((resolve, reject) => {
-    started.onmessage = resolve;
+    started.onmessage = ({ data }) => (data.error ? reject(new Error(data.error)) : resolve());
     started.onerror = (event) => reject(new Error(event.message || "this browser cannot run the program"));
     started.postMessage({ module: module_ });
   });
@@ -26,31 +26,44 @@ function dropWorker() {
   worker = null;
 }
 
-/** One job after the other; a job that takes too long or breaks the program costs only itself. */
+/**
+ * One job after the other; a job that takes too long or breaks the program costs only itself.
+ *
+ * Whoever may give up its jobs is their owner, { stopped: false }.
+ */
 let queue = Promise.resolve();
-function run(job) {
-  const turn = queue.then(() => runNow(job));
+function run(job, owner = null) {
+  const turn = queue.then(() => runNow(job, owner));
   queue = turn.catch(() => {});
   return turn;
 }
 
-async function runNow(job) {
+/** The owner's jobs that have not begun never do; the one that has is ended, if it is not done by then. */
+function giveUp(owner, moment = patience) {
+  owner.stopped = true;
+  setTimeout(() => { if (running && running.owner === owner) running.end("stopped"); }, moment);
+}
+
+async function runNow(job, owner) {
   worker = worker || startWorker();
   const name = job.name || job.shifts.name;
-  const running = await worker.catch((error) => { worker = null; throw error; });
-  const id = ++jobs;
+  const using = await worker.catch((error) => { worker = null; throw error; });
+  if (owner && owner.stopped) throw new Error("stopped");
+  using.postMessage({ name, outputs: [], ...job });
   return new Promise((resolve, reject) => {
-    const end = (error) => { clearTimeout(timer); stopWorker = null; dropWorker(); reject(new Error(error)); };
-    const timer = setTimeout(() => end(`${name}: takes longer than ${longestJob / 1000} s`), longestJob);
-    stopWorker = () => end("stopped");
-    running.onmessage = ({ data }) => {
+    const over = () => {
       clearTimeout(timer);
-      stopWorker = null;
+      running = using.onmessage = using.onerror = null; // what comes late is nobody's
+    };
+    const end = (why) => { over(); dropWorker(); reject(new Error(why)); };
+    const timer = setTimeout(() => end(`${name}: takes longer than ${longestJob / 1000} s`), longestJob);
+    running = { owner, end };
+    using.onmessage = ({ data }) => {
+      over();
       if (data.worn) dropWorker();
       if (data.error) reject(new Error(data.error));
       else resolve(data);
     };
-    running.onerror = () => end(`${name}: too much for the program`);
-    running.postMessage({ id, name, outputs: [], ...job });
+    using.onerror = () => end(`${name}: too much for the program`);
   });
 }

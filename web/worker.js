@@ -51,19 +51,28 @@ function work(job) {
 /** Memory that was taken once is never given back: after a huge file a new worker is better. */
 const isWorn = () => program.HEAPU8.length > 3e8;
 
+/** Starts the program; a browser tells a page nothing of what fails here later than at once. */
+async function start(module) {
+  try {
+    program = await makeCitrans({ wasmBinary: module, print() {}, printErr() {} });
+    return { ready: true };
+  } catch (error) {
+    return { error: error.message };
+  }
+}
+
 onmessage = async ({ data }) => {
   if (data.module) {
-    program = await makeCitrans({ wasmBinary: data.module, print() {}, printErr() {} });
-    postMessage({ ready: true });
+    postMessage(await start(data.module));
     return;
   }
   try {
     const done = work(data);
-    postMessage({ id: data.id, ...done, worn: isWorn() });
+    postMessage({ ...done, worn: isWorn() });
   } catch (error) {
     // A fault of the machine leaves the program's memory in an unknown state.
     const broken = error instanceof WebAssembly.RuntimeError || error instanceof RangeError;
-    postMessage({ id: data.id, worn: broken || isWorn(),
+    postMessage({ worn: broken || isWorn(),
                   error: broken || error.message.startsWith("not enough memory")
                     ? `${data.name}: too much for the program` : error.message });
   }

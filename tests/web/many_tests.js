@@ -23,10 +23,11 @@ export const manyTests = {
     });
     const start = Date.now();
     await choose(page, files);
-    await said(page, "1000 of 1000 files, 1 cannot be used.");
+    await said(page, "1000 of 1000 files, 1 cannot be used.", 600000);
+    const whole = Date.now() - start;
     const longest = await page.evaluate(() => globalThis.longest);
-    console.log(`  1000 files in ${Date.now() - start} ms, the longest pause ${longest} ms`);
-    assert.ok(longest < 2000, `a pause of ${longest} ms`);
+    console.log(`  1000 files in ${whole} ms, the longest pause ${longest} ms`);
+    assert.ok(longest > 0 && longest < whole / 10, `a pause of ${longest} of ${whole} ms`);
 
     const shown = () => page.$$eval("#index tbody tr:not([hidden])", (rows) => rows.map((row) => row.cells[0].textContent));
     await page.click("#index th:nth-child(3) button");
@@ -50,43 +51,6 @@ export const manyTests = {
     const lines = (await pressed(page, "#index button:has-text('TSV')")).bytes.toString().trimEnd().split("\n");
     assert.equal(lines.length, 1 + 499 * 8 + 500 * 3 + 1);
     assert.ok(lines.some((line) => /^many-007.tab\t{5}\S/.test(line)));
-  },
-
-  async "many files can be stopped, and give way to one"() {
-    const page = await open();
-    const files = [];
-    for (let i = 0; i < 300; ++i) {
-      files.push(path.join(scratch, `some-${i}.tab`));
-      fs.copyFileSync(example("ybbr.tab"), files[i]);
-    }
-    const underWay = () => page.waitForFunction(() => document.getElementById("bar").value > 0);
-    // While the program works, and between two jobs, when the list comes before the next picture.
-    const pressStop = [
-      async () => { await page.focus("#stop"); await page.keyboard.press("Enter"); },
-      () => page.evaluate(async () => {
-        const button = document.getElementById("stop");
-        button.focus();
-        while (stopWorker) await new Promise((resolve) => { setTimeout(resolve); });
-        button.click();
-      }),
-    ];
-    for (const press of pressStop) {
-      await choose(page, files);
-      await underWay();
-      await press();
-      await said(page, "of 300 files, 0 cannot be used.");
-      const rows = await page.locator("#index tbody tr").count();
-      assert.ok(rows > 0 && rows < 300, `${rows} rows`);
-      assert.equal(await page.evaluate(() => document.activeElement.id), "index");
-    }
-
-    await choose(page, files);
-    await underWay();
-    await choose(page, [example("ubiquitin.tab")]);
-    await said(page, "ubiquitin.tab: 3 prolines");
-    await page.waitForTimeout(500); // what was under way would have come by then
-    assert.ok(await page.isHidden("#index") && await page.isHidden("#progress"));
-    assert.match(await page.textContent("#status"), /^ubiquitin/);
   },
 
   async "the list is that of citrans-batch, and its archive holds the reports"() {

@@ -3,16 +3,18 @@
 //   node page_test.js PAGE SOURCE EXPECTED [PICTURES]
 //
 // EXPECTED holds a folder for each case of expected.py, with the outputs of the native programs.
-// With PICTURES, what was seen is kept there.
+// With PICTURES, what was seen is kept there. With ONLY in the environment, only tests with these
+// words in their name are run.
 
 import assert from "node:assert/strict";
 import fs from "node:fs";
 import path from "node:path";
 import zlib from "node:zlib";
 import { manyTests } from "./many_tests.js";
+import { raceTests } from "./race_tests.js";
 import {
   browser, choose, complained, deposition, download, drop, example, expected, faults, open, pictures, require, said,
-  scratch, unzipped,
+  scratch, twoLists, unzipped,
 } from "./support.js";
 
 const tests = {
@@ -22,7 +24,6 @@ const tests = {
       const folder = path.join(expected, name);
       const { settings, files } = JSON.parse(fs.readFileSync(path.join(folder, "case.json"), "utf8"));
       const page = await open();
-      await page.uncheck("[name=rereference]", { force: true }).catch(() => {});
       await page.evaluate((wanted) => {
         for (const key of ["rereference", "isotope"]) document.getElementById("controls")[key].checked = !!wanted[key];
       }, settings);
@@ -90,14 +91,7 @@ const tests = {
 
   async "two shift lists are a choice"() {
     const page = await open();
-    const text = fs.readFileSync(deposition, "utf8");
-    const file = path.join(scratch, "two.str");
-    const frame = text.slice(text.indexOf("save_l\n"));
-    assert.ok(frame.length > 1000);
-    // The rows name their list in the last column.
-    const other = frame.replace("save_l", "save_other").replace("_shift_list.ID 1", "_shift_list.ID 2").replace(/ 16570 1$/gm, " 16570 2");
-    fs.writeFileSync(file, text + "\n" + other);
-    await choose(page, [file]);
+    await choose(page, [twoLists()]);
     await said(page, "two.str: ");
     assert.ok(await page.isVisible("[name=list]"));
     const lists = await page.locator("[name=list] option").count();
@@ -130,20 +124,6 @@ const tests = {
     await choose(page, [example("ybbr.tab")]);
     await said(page, "ybbr.tab: ");
     assert.ok(await page.isHidden("#alert"));
-  },
-
-  async "the report comes quickly"() {
-    const page = await open();
-    const times = [];
-    for (let i = 0; i < 11; ++i) {
-      await page.evaluate(() => { delete document.body.dataset.ms; });
-      await choose(page, [process.env.TIMED || example("ybbr.tab")]);
-      await page.waitForFunction(() => document.body.dataset.ms);
-      times.push(Number(await page.evaluate(() => document.body.dataset.ms)));
-    }
-    const median = times.slice(1).sort((a, b) => a - b)[5];
-    console.log(`  median ${median.toFixed(0)} ms, first ${times[0].toFixed(0)} ms`);
-    assert.ok(median < 1000, `${median} ms`); // generous, for loaded machines
   },
 
   async "nothing for axe to find, light and dark, with and without a report; phones need no scrolling aside"() {
@@ -194,7 +174,8 @@ const tests = {
 };
 
 let failed = 0;
-for (const [name, test] of Object.entries({ ...tests, ...manyTests })) {
+for (const [name, test] of Object.entries({ ...tests, ...raceTests, ...manyTests })) {
+  if (!name.includes(process.env.ONLY || "")) continue;
   faults.length = 0;
   try {
     await test();

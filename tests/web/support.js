@@ -2,6 +2,7 @@
 //
 // The arguments are those of page_test.js. The modules are found in the working directory.
 
+import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
 import { createRequire } from "node:module";
 import fs from "node:fs";
@@ -48,8 +49,8 @@ export async function drop(page, files) {
 }
 
 export const choose = (page, files) => page.setInputFiles("#choose", files);
-export const said = (page, text) => page.waitForFunction((wanted) =>
-  document.getElementById("status").textContent.includes(wanted), text, { timeout: 60000 });
+export const said = (page, text, timeout = 120000) => page.waitForFunction((wanted) =>
+  document.getElementById("status").textContent.includes(wanted), text, { timeout });
 export const complained = async (page, text) => {
   await page.waitForFunction((wanted) => !document.getElementById("alert").hidden &&
     document.getElementById("alert").textContent.includes(wanted), text, { timeout: 90000 });
@@ -63,6 +64,18 @@ export async function pressed(page, selector) {
 export async function download(page, kind) {
   await page.evaluate(() => { document.getElementById("more").open = true; });
   return pressed(page, `[data-kind=${kind}]`);
+}
+
+/** A deposition with two shift lists. */
+export function twoLists() {
+  const text = fs.readFileSync(deposition, "utf8");
+  const file = path.join(scratch, "two.str");
+  const frame = text.slice(text.indexOf("save_l\n"));
+  assert.ok(frame.length > 1000);
+  // The rows name their list in the last column.
+  const other = frame.replace("save_l", "save_other").replace("_shift_list.ID 1", "_shift_list.ID 2").replace(/ 16570 1$/gm, " 16570 2");
+  fs.writeFileSync(file, text + "\n" + other);
+  return file;
 }
 
 /** Unpacks an archive with another program, which looks at its checksums; the files by name. */
