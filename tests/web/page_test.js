@@ -41,7 +41,6 @@ const tests = {
       const { files: together } = unzipped((await download(page, "zip")).path);
       assert.deepEqual(Object.keys(together).sort(), Object.keys(single).sort(), `${name}: names in the archive`);
       for (const file of Object.keys(single)) assert.ok(together[file].equals(single[file]), `${name}: ${file} in the archive`);
-      await page.context().close();
     }
     assert.ok(compared >= 40, `${compared} compared`);
     console.log(`  ${compared} downloads compared`);
@@ -155,7 +154,6 @@ const tests = {
         await page.setViewportSize({ width: 703, height: 1000 });
         await page.screenshot({ path: path.join(pictures, "print.png") });
       }
-      await page.context().close();
     }
   },
 
@@ -185,6 +183,7 @@ for (const [name, test] of Object.entries({ ...tests, ...raceTests, ...manyTests
     ++failed;
     console.log(`FAILED ${name}\n  ${error.message}`);
   }
+  await Promise.all(browser.contexts().map((context) => context.close()));
 }
 await browser.close();
 fs.rmSync(scratch, { recursive: true });
