@@ -110,20 +110,27 @@ def import_table(
 
 def report_html(source: Union[Result, Source], **settings: Any) -> str:
     """The page of citrans-report on a `Result`, or on what `predict` makes of its arguments."""
-    result = source if isinstance(source, Result) else predict(source, **settings)
-    return result.report_html()
+    if not isinstance(source, Result):
+        return predict(source, **settings).report_html()
+    if settings:
+        raise TypeError(f"the result is made already: {next(iter(settings))} is for predict")
+    return source.report_html()
 
 
 def _read(source: Source, name: str) -> Tuple[str, bytes]:
     """What to call a source, without folders, and its contents."""
     if isinstance(source, (bytes, bytearray, memoryview)):
-        return name, bytes(source)
+        return _readable(name), bytes(source)
     if isinstance(source, str) and "\n" in source:
-        return name, source.encode("utf-8", "surrogateescape")
-    path = os.fspath(source)
+        return _readable(name), source.encode("utf-8", "surrogateescape")
+    path = os.fsdecode(source)
     with open(path, "rb") as file:
-        # A name that is no UTF-8 shows question marks in messages.
-        return os.path.basename(path).encode(errors="replace").decode(), file.read()
+        return _readable(os.path.basename(path)), file.read()
+
+
+def _readable(name: object) -> str:
+    """A name that is no UTF-8 shows question marks in messages."""
+    return str(name).encode(errors="replace").decode()
 
 
 def _choice(

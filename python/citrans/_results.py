@@ -15,99 +15,110 @@ if TYPE_CHECKING:
     import pandas
 
 
+# What `help` shows of a class is its docstring: the fields are described there.
+
+
 @dataclass(frozen=True)
 class Term:
     """One contribution to the likelihood of one proline.
 
     The terms of a proline add up to ln(p_cis / (1 - p_cis)).
+
+    kind: ``"shift"``, ``"cg"`` (the proline's CG) or ``"neighbour"`` (a residue type).
+    place: 1 for the residue before the proline, 2 for the proline, 3 for the residue after it.
+    residue: number of that residue in the table, from 1.
+    author: number of that residue as its authors count; the table's where they do not say.
+    atom: ``"N"``, ``"HA"``, ``"C"``, ``"CA"``, ``"CB"``, ``"HN"`` or ``"CG"``; for a neighbour
+        ``"type"``.
+    state: ``"used"``, ``"clipped"`` (bounded by the limits), ``"missing"``, ``"unused"`` (N and HN
+        of a proline) or ``"read as 0"`` (an amide proton that the table calls H).
+    shift: secondary shift in ppm, for ``"cg"`` the observed one; None when missing or for a type.
+    used: the same after bounding, ppm.
+    cis: mean of the cis prolines, ppm; for a neighbour the frequency of its type, 0 to 1.
+    cis_sd: standard deviation of the cis prolines, ppm; None for a neighbour.
+    trans: mean of the trans prolines, ppm; for a neighbour the frequency of its type, 0 to 1.
+    trans_sd: standard deviation of the trans prolines, ppm; None for a neighbour.
+    ln_ratio: natural logarithm of the factor for cis over that for trans: above 0 it speaks for
+        cis; 0 when missing, infinite or nan where there are no statistics.
     """
 
     kind: str
-    """``"shift"``, ``"cg"`` (the proline's CG) or ``"neighbour"`` (a residue type)."""
     place: int
-    """1 for the residue before the proline, 2 for the proline, 3 for the residue after it."""
     residue: int
-    """Number of that residue in the table, from 1."""
     author: str
-    """Number of that residue as its authors count; the table's where they do not say."""
     atom: str
-    """``"N"``, ``"HA"``, ``"C"``, ``"CA"``, ``"CB"``, ``"HN"`` or ``"CG"``; for a neighbour
-    ``"type"``."""
     state: str
-    """``"used"``, ``"clipped"`` (bounded by the limits), ``"missing"``, ``"unused"`` (N and HN of a
-    proline) or ``"read as 0"`` (an amide proton that the table calls H)."""
     shift: Optional[float]
-    """Secondary shift in ppm, for ``"cg"`` the observed one; None when missing or for a type."""
     used: Optional[float]
-    """The same after bounding, ppm."""
     cis: float
-    """Mean of the cis prolines, ppm; for a neighbour the frequency of its type, 0 to 1."""
     cis_sd: Optional[float]
-    """Standard deviation of the cis prolines, ppm; None for a neighbour."""
     trans: float
-    """Mean of the trans prolines, ppm; for a neighbour the frequency of its type, 0 to 1."""
     trans_sd: Optional[float]
-    """Standard deviation of the trans prolines, ppm; None for a neighbour."""
     ln_ratio: float
-    """Natural logarithm of the factor for cis over that for trans: above 0 it speaks for cis; 0
-    when missing, infinite or nan where there are no statistics."""
 
 
 @dataclass(frozen=True)
 class Proline:
-    """One predicted proline."""
+    """One predicted proline.
+
+    residue: number in the table, from 1.
+    author: number as the authors count, which may hold a letter; the table's where they do not say.
+    before: one-letter name of the residue before.
+    after: one-letter name of the residue after.
+    shift_counts: backbone shifts of the residue before, the proline and the residue after, 0 to 6
+        each.
+    cg: shift of CG in ppm, as used; None when it is not assigned.
+    p_cis: likelihood of cis, 0 to 1, with cis and trans as frequent beforehand; nan when nothing
+        could be compared.
+    p_cis_norm: the same with one proline in twenty cis beforehand: above 0.5 cis is likelier.
+    call: ``"cis"``, ``"trans"`` or ``"undecided"``; ``"none"`` where `p_cis` is nan.
+    omega: angle of the bond in the structure, degrees, -180 to 180; None without one.
+    evidence: what the likelihood is made of, as `Term`; None unless asked for.
+    """
 
     residue: int
-    """Number in the table, from 1."""
     author: str
-    """Number as the authors count, which may hold a letter; the table's where they do not say."""
     before: str
-    """One-letter name of the residue before."""
     after: str
-    """One-letter name of the residue after."""
     shift_counts: Tuple[int, int, int]
-    """Backbone shifts of the residue before, the proline and the residue after, 0 to 6 each."""
     cg: Optional[float]
-    """Shift of CG in ppm, as used; None when it is not assigned."""
     p_cis: float
-    """Likelihood of cis, 0 to 1, with cis and trans as frequent beforehand; nan when nothing could
-    be compared."""
     p_cis_norm: float
-    """The same with one proline in twenty cis beforehand: above 0.5 cis is likelier."""
     call: str
-    """``"cis"``, ``"trans"`` or ``"undecided"``; ``"none"`` where `p_cis` is nan."""
     omega: Optional[float]
-    """Angle of the bond in the structure, degrees, -180 to 180; None without one."""
     evidence: Optional[Tuple[Term, ...]] = None
-    """What the likelihood is made of; None unless asked for."""
 
 
 @dataclass(frozen=True)
 class Offset:
-    """What the shifts say about the referencing of one group of nuclei."""
+    """What the shifts say about the referencing of one group of nuclei.
+
+    offset: ppm too high.
+    error: standard error of it, ppm.
+    points: residues that it was estimated from.
+    applied: whether it was taken off before predicting.
+    """
 
     offset: float
-    """ppm too high."""
     error: float
-    """Standard error of it, ppm."""
     points: int
-    """Residues that it was estimated from."""
     applied: bool
-    """Whether it was taken off before predicting."""
 
 
 @dataclass(frozen=True)
 class ImportedTable:
-    """A deposition as the program's input table."""
+    """A deposition as the program's input table.
+
+    table: text of the table; `predict` takes it.
+    map: tab-separated: table number, author number and residue name, with a header line.
+    notes: what was decided, one line each.
+    warnings: what may be wrong, one line each.
+    """
 
     table: str
-    """Text of the table; `predict` takes it."""
     map: str
-    """Tab-separated: table number, author number and residue name, with a header line."""
     notes: Tuple[str, ...]
-    """What was decided, one line each."""
     warnings: Tuple[str, ...]
-    """What may be wrong, one line each."""
 
     def __str__(self) -> str:
         return self.table
@@ -128,24 +139,25 @@ class Result(Sequence[Proline]):
 
     A sequence of `Proline`; a proline that could not be predicted is not in it. Texts are made when
     they are asked for. It can be pickled, and shared between threads.
+
+    not_predicted: why each of the other prolines was not predicted, by its number in the table.
+    offsets: what the shifts say about their referencing, by nuclei: ``"CA/CB"``, ``"HA"`` and
+        ``"C'"``; empty without `rereference`.
+    sequence: one-letter names, residue 1 first; ``c`` is an oxidised cysteine.
+    notes: what was decided on the way to the prediction, one line each.
+    warnings: what may be wrong with the input, one line each.
     """
 
     def __init__(self, analysis: _core.Analysis, evidence: bool = False) -> None:
         self._texts: Union[_core.Analysis, _SavedTexts] = analysis
         self._prolines = tuple(map(_proline, analysis.prolines(evidence)))
         self.not_predicted: Dict[int, str] = analysis.not_predicted()
-        """Why each of the other prolines was not predicted, by its number in the table."""
         self.offsets: Dict[str, Offset] = {
             nuclei: Offset(*values) for nuclei, values in analysis.offsets().items()
         }
-        """What the shifts say about their referencing, by nuclei: ``"CA/CB"``, ``"HA"`` and
-        ``"C'"``; empty without `rereference`."""
         self.sequence: str = analysis.sequence()
-        """One-letter names, residue 1 first; ``c`` is an oxidised cysteine."""
         self.notes: Tuple[str, ...] = analysis.notes()
-        """What was decided on the way to the prediction, one line each."""
         self.warnings: Tuple[str, ...] = analysis.warnings()
-        """What may be wrong with the input, one line each."""
 
     @overload
     def __getitem__(self, index: int) -> Proline: ...
@@ -181,12 +193,14 @@ class Result(Sequence[Proline]):
         return [_flat(proline) for proline in self]
 
     def to_frame(self, evidence: bool = False) -> pandas.DataFrame:
-        """A pandas data frame with a row for each proline.
+        """A pandas data frame with a row for each proline; missing numbers are nan.
 
         With ``evidence`` it has a row for each `Term` instead, after the columns ``proline`` and
-        ``proline_author``; these must have been asked for in `predict`. Needs pandas: ImportError
-        without it.
+        ``proline_author``; ValueError when these were not asked for in `predict`. Needs pandas:
+        ImportError without it.
         """
+        if evidence and any(proline.evidence is None for proline in self):
+            raise ValueError("no evidence: ask for it with predict(..., evidence=True)")
         import pandas
 
         if evidence:
@@ -195,8 +209,10 @@ class Result(Sequence[Proline]):
                 for proline in self
                 for term in proline.evidence or ()
             ]
-            return pandas.DataFrame(rows, columns=_TERM_COLUMNS)
-        return pandas.DataFrame(self.to_dicts(), columns=_PROLINE_COLUMNS)
+            return pandas.DataFrame(rows, columns=list(_TERM_COLUMNS)).astype(_TERM_COLUMNS)
+        return pandas.DataFrame(self.to_dicts(), columns=list(_PROLINE_COLUMNS)).astype(
+            _PROLINE_COLUMNS
+        )
 
     @property
     def table(self) -> str:
@@ -242,11 +258,18 @@ class Result(Sequence[Proline]):
 
 
 _TEXTS = ("table", "map", "summary", "secondary", "html", "json", "svg")
-_PROLINE_COLUMNS = [
-    "residue", "author", "before", "after", "count_before", "count_proline", "count_after",
-    "cg", "p_cis", "p_cis_norm", "call", "omega",
-]
-_TERM_COLUMNS = ["proline", "proline_author"] + [field.name for field in fields(Term)]
+# The types of a frame's columns, also where there is no row or no value to show them.
+_PROLINE_COLUMNS = {
+    "residue": "int64", "author": "object", "before": "object", "after": "object",
+    "count_before": "int64", "count_proline": "int64", "count_after": "int64",
+    "cg": "float64", "p_cis": "float64", "p_cis_norm": "float64", "call": "object",
+    "omega": "float64",
+}
+_TERM_COLUMNS = {"proline": "int64", "proline_author": "object"}
+_TERM_COLUMNS.update(
+    (field.name, {"int": "int64", "str": "object"}.get(str(field.type), "float64"))
+    for field in fields(Term)
+)
 _HTML_TITLES = ("Proline", "Between", "Shifts", "CG, ppm", "P_CIS_NORM", "Call", "Omega, degrees")
 
 

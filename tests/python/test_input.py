@@ -93,6 +93,23 @@ def test_other_faults_are_pythons_own(tmp_path):
         citrans.predict(42)
 
 
+def test_names_of_any_kind(examples, tmp_path):
+    """A path as name, one that is no UTF-8, and what os.scandir gives for bytes."""
+    text = (examples / "ybbr.tab").read_text()
+    for name, shown in [(tmp_path / "a.tab", "a.tab"), ("caf\udce9.tab", "caf?.tab")]:
+        assert shown in citrans.predict(text, name=name).report_html()
+    entry = next(entry for entry in os.scandir(os.fsencode(examples)) if entry.name == b"ybbr.tab")
+    assert len(citrans.predict(entry)) == 8
+
+
+def test_arguments_without_effect_are_refused(examples):
+    result = citrans.predict(examples / "ybbr.tab")
+    with pytest.raises(TypeError, match="isotope"):
+        citrans.report_html(result, isotope=True)
+    with pytest.raises(ValueError, match="evidence=True"):
+        result.to_frame(evidence=True)
+
+
 def test_hostile_input_is_refused_or_read(capfd):
     """Whatever the fuzzers have kept: an answer or InputError, and not a word."""
     answered = refused = 0

@@ -1,7 +1,10 @@
 """What comes out for other programs: pages, frames, JSON."""
 
+import dataclasses
 import html.parser
 import json
+import pydoc
+import re
 
 import citrans
 import pytest
@@ -64,6 +67,17 @@ def test_rows_and_frames(examples):
     terms = result.to_frame(evidence=True)
     assert len(terms) == sum(len(proline.evidence) for proline in result)
     assert terms.groupby("proline").ln_ratio.sum().idxmax() == 82
-    silent = citrans.predict(examples / "plastocyanin.tab")
-    assert list(silent.to_frame().columns) == list(frame.columns) and silent.to_frame().empty
+    # Frames of many proteins can be joined: columns without a row or a value have their types too.
+    silent = citrans.predict(examples / "plastocyanin.tab", evidence=True)
+    assert silent.to_frame().empty and (silent.to_frame().dtypes == frame.dtypes).all()
+    assert (silent.to_frame(evidence=True).dtypes == terms.dtypes).all()
+    assert frame.omega.abs().isna().all()
     assert isinstance(frame, pandas.DataFrame)
+
+
+@pytest.mark.parametrize("kind", [citrans.Proline, citrans.Term, citrans.Offset,
+                                  citrans.ImportedTable])
+def test_help_describes_every_field(kind):
+    shown = pydoc.render_doc(kind, renderer=pydoc.plaintext)
+    for field in dataclasses.fields(kind):
+        assert re.search(rf"^ \|\s+{field.name}: \S+ \S+", shown, re.MULTILINE), field.name
