@@ -40,7 +40,8 @@ function abandon() {
   byId("progress").hidden = true;
 }
 
-async function takeMany(files, wanted) {
+async function takeMany(files, wish) {
+  wish.grant();
   if (asked) giveUp(asked);
   current = null;
   clearResult();
@@ -51,7 +52,7 @@ async function takeMany(files, wanted) {
   const rows = await eachOf(files, (file, owner) => indexRow(file, chosen, owner));
   if (!rows) return;
   const html = await indexPage(rows, (row, at) => `#file-${at}`);
-  if (!wanted()) return;
+  if (wish.late()) return;
   listed = { rows, chosen };
   showIndex(html);
   say(`${rows.length} of ${files.length} files, ${rows.filter((row) => row.error).length} cannot be used.` +
@@ -102,17 +103,18 @@ function focusListIfLost() {
 }
 
 async function openRow(row) {
-  const wanted = newWish();
+  const wish = newWish();
   complain("");
   try {
     const shifts = await readFile(row.source);
-    if (!wanted()) return;
+    if (wish.late()) return;
+    wish.grant();
     shifts.fromIndex = true;
     if (!await takeOne(shifts, null)) return;
     byId("result").focus({ preventScroll: true }); // which would show its middle
     byId("result").scrollIntoView();
   } catch (error) {
-    if (wanted()) complain(error.message);
+    if (!wish.late()) complain(error.message);
   }
 }
 

@@ -7,12 +7,13 @@ const plainTitle = document.title;
 let current = null; // { shifts, structure }
 let shown = null; // the shifts that were analysed last
 let asked = null; // owner of the job to show; the answer to an older one comes too late
-let wishes = 0; // for other files
+let wishes = 0; // for files to see, so far
+let granted = 0; // the number of the one that came true last
 
-/** Begins a wish for other files; gives a function that says whether it is the user's latest. */
+/** Begins a wish. It comes too late when a younger one has come true; one that is refused changes nothing. */
 function newWish() {
   const mine = ++wishes;
-  return () => mine === wishes;
+  return { late: () => mine < granted, grant() { granted = mine; } };
 }
 
 function say(text) { byId("status").textContent = text; }
@@ -87,7 +88,6 @@ async function show() {
   if (asked) giveUp(asked);
   const mine = asked = { stopped: false };
   const job = { ...current, settings: settings() };
-  complain("");
   const slow = setTimeout(() => mine.stopped || say("Working ..."), patience);
   try {
     const { info, outputs } = await run({ ...job, outputs: ["html"] }, mine);
@@ -141,29 +141,31 @@ async function exampleFiles(name) {
 
 /** Takes what was dropped or chosen, or will be there soon: shifts, a structure beside them, or many files. */
 async function take(coming) {
-  const wanted = newWish();
+  const wish = newWish();
   complain("");
-  abandon();
   try {
     const files = await coming;
     const read = files.length > 2 ? [] : await Promise.all(files.map(readFile));
-    if (!wanted()) return;
+    if (wish.late()) return;
     const structures = read.filter(({ bytes }) => isStructure(bytes));
     const shifts = read.filter((file) => !structures.includes(file));
     if (files.length > 2 || shifts.length > 1) {
-      await takeMany(files, wanted);
+      await takeMany(files, wish);
     } else if (shifts.length === 0 && !current) {
       complain(`${read[0].name}: this is a structure; drop the shifts first, or both together`);
     } else if (structures.length > 1) {
       complain("one structure at a time");
     } else {
+      wish.grant();
+      abandon();
       takeOne(shifts[0] || current.shifts, structures[0] || null);
     }
   } catch (error) {
-    if (wanted()) complain(error.message);
+    if (!wish.late()) complain(error.message);
   }
 }
 
+/** Shows shifts, and a structure beside them; the outcome of `show`. */
 function takeOne(shifts, structure) {
   forget(shifts === (current && current.shifts) ? ["chain"] : ["entity", "list", "copy", "chain"]);
   current = { shifts, structure };
@@ -192,6 +194,7 @@ byId("controls").addEventListener("change", ({ target }) => {
   if (target.name === "entity") forget(["list", "copy", "chain"]);
   if (target.name === "list") forget(["copy"]);
   if (target.tagName === "SELECT") target.dataset.chosen = "yes";
+  complain("");
   if (current) show();
 });
 for (const each of document.querySelectorAll("[data-example]")) {

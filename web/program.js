@@ -2,7 +2,7 @@
 // The program, in a worker.
 
 const longestJob = 60000; // ms
-const patience = 500; // ms, for a job that nobody waits for; a new worker takes as long
+const patience = 500; // ms, with a job that nobody waits for any more, and before the page says that it works
 
 let module_ = null;
 let worker = null;
