@@ -17,17 +17,20 @@ export const manyTests = {
     fs.writeFileSync(files[7], "nothing");
     await page.evaluate(() => {
       globalThis.longest = 0;
-      new PerformanceObserver((list) => {
-        for (const { duration } of list.getEntries()) globalThis.longest = Math.max(globalThis.longest, duration);
-      }).observe({ type: "longtask" });
+      let before = performance.now();
+      setInterval(() => {
+        const now = performance.now();
+        globalThis.longest = Math.max(globalThis.longest, now - before);
+        before = now;
+      });
     });
     const start = Date.now();
     await choose(page, files);
     await said(page, "1000 of 1000 files, 1 cannot be used.", 600000);
     const whole = Date.now() - start;
     const longest = await page.evaluate(() => globalThis.longest);
-    console.log(`  1000 files in ${whole} ms, the longest pause ${longest} ms`);
-    assert.ok(longest > 0 && longest < whole / 10, `a pause of ${longest} of ${whole} ms`);
+    console.log(`  1000 files in ${whole} ms, the longest pause ${longest.toFixed(0)} ms`);
+    assert.ok(longest < whole / 10, `a pause of ${longest} of ${whole} ms`);
 
     const shown = () => page.$$eval("#index tbody tr:not([hidden])", (rows) => rows.map((row) => row.cells[0].textContent));
     await page.click("#index th:nth-child(3) button");

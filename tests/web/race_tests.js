@@ -6,7 +6,7 @@ import fs from "node:fs";
 import path from "node:path";
 import { choose, complained, download, example, open, pressed, said, scratch, twoLists } from "./support.js";
 
-/** A page where `held(page, name)` makes everything wait that concerns a file or job of this name. */
+/** A page where `hold` can make files and jobs wait. */
 async function openHeld() {
   const page = await open();
   await page.evaluate(() => {
