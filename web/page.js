@@ -201,4 +201,4 @@ for (const each of document.querySelectorAll("[data-example]")) {
   each.addEventListener("click", () => take(exampleFiles(each.dataset.example)));
 }
 worker = startWorker();
-worker.catch((error) => complain(`This browser cannot run the program: ${error.message}`));
+worker.catch((error) => complain(error.message));

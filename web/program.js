@@ -13,8 +13,9 @@ async function startWorker() {
   const url = URL.createObjectURL(new Blob([byId("worker").textContent], { type: "text/javascript" }));
   const started = new Worker(url);
   await new Promise((resolve, reject) => {
-    started.onmessage = ({ data }) => (data.error ? reject(new Error(data.error)) : resolve());
-    started.onerror = (event) => reject(new Error(event.message || "this browser cannot run the program"));
+    const fail = (why) => reject(new Error(`this browser cannot run the program: ${why}`));
+    started.onmessage = ({ data }) => (data.error ? fail(data.error) : resolve());
+    started.onerror = (event) => fail(event.message || "no worker starts");
     started.postMessage({ module: module_ });
   });
   URL.revokeObjectURL(url);

@@ -249,7 +249,7 @@ export const raceTests = {
     await complained(page, "gone-ybbr.tab: cannot be read");
     await page.evaluate(() => { dropWorker(); module_ = new Uint8Array(9); });
     await page.click("#index a:has-text('gone-ubiquitin')");
-    await complained(page, "WebAssembly");
+    await complained(page, "cannot run the program");
     await page.evaluate(() => { module_ = null; });
     await page.click("#index a:has-text('gone-ubiquitin')");
     await said(page, "gone-ubiquitin.tab: ");
