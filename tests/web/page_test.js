@@ -85,6 +85,9 @@ const tests = {
     await page.check("[name=isotope]");
     await page.waitForFunction(() => /Isotope/.test(document.getElementById("result").textContent));
     assert.ok(!(await download(page, "secondary")).bytes.equals(before));
+    // A list has no controls of its own, and says what holds.
+    await choose(page, ["ybbr.tab", "xcc2852.tab", "ubiquitin.tab"].map(example));
+    await said(page, "All are taken as deuterated.");
   },
 
   async "two shift lists are a choice"() {

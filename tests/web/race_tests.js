@@ -142,6 +142,7 @@ export const raceTests = {
     await choose(page, [example("ybbr.tab")]);
     await other.reached();
     assert.ok(await page.isDisabled("[name=list]"));
+    await said(page, "Working");
     await other.letGo();
     await said(page, "ybbr.tab: ");
     await choose(page, [example("ubiquitin_1ubq.pdb")].concat(path.join(scratch, "two.str")));
