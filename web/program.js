@@ -23,7 +23,7 @@ async function startWorker() {
 }
 
 function dropWorker() {
-  if (worker) worker.then((running) => running.terminate(), () => {});
+  if (worker) worker.then((started) => started.terminate(), () => {});
   worker = null;
 }
 
