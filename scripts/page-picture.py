@@ -13,13 +13,14 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests/report"))
 from render import Browser, find_chromium  # noqa: E402
 
-WIDTH, HEIGHT = 860, 1088  # the top of the page, down to the cis proline
+WIDTH, HEIGHT = 860, 1096  # the top of the page, down to the cis proline
 
 # Presses the example's button and waits, 30 s at most, until its report has its place.
 OPEN_EXAMPLE = """new Promise((resolve, reject) => {
   setTimeout(() => reject(new Error('no report')), 30000);
-  new MutationObserver(() => { if (document.body.dataset.ms) resolve(true); })
-    .observe(document.body, { attributes: true });
+  const status = document.getElementById('status');
+  new MutationObserver(() => { if (status.textContent.startsWith('ybbr.tab')) resolve(true); })
+    .observe(status, { childList: true });
   document.querySelector('[data-example=ybbr]').click();
 })"""
 
