@@ -187,8 +187,6 @@ run_beside() {
   run_stage package packaging/test.sh
   run_stage m32 test_m32
   run_stage notices scripts/notices.py --check build/release
-  # The seeds and a little more. Longer runs: fuzz/run.sh SECONDS.
-  JOBS="$cores" run_stage fuzz fuzz/run.sh 3
   if [[ $web == yes ]]; then
     run_stage web tests/web/run.sh build/release
   fi
@@ -201,9 +199,11 @@ if [[ $quick == no ]]; then
   run_beside &
   beside=$!
   stage sanitize build_and_test sanitize
+  # The seeds and a little more. Longer runs: fuzz/run.sh SECONDS.
+  JOBS="$cores" stage fuzz fuzz/run.sh 3
   wait "$beside" || true
   trap - INT
-  for name in tutorial package m32 notices fuzz; do
+  for name in tutorial package m32 notices; do
     report_stage "$name"
   done
   if [[ $web == yes ]]; then

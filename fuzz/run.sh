@@ -18,8 +18,8 @@ if [[ ${#targets[@]} -eq 0 ]]; then
   targets=(table_reader table_writer cell_format structure command_line whole_run structure_import deposition)
 fi
 
-cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz --parallel "$(nproc)" --target "${targets[@]/#/fuzz_}" >/dev/null
+cmake --preset sanitize >/dev/null
+cmake --build --preset sanitize --parallel "$(nproc)" --target "${targets[@]/#/fuzz_}" >/dev/null
 
 export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_stack_use_after_return=1}"
 export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1}"
@@ -38,7 +38,7 @@ fuzz_one() {
   mkdir -p "$units" build/fuzz/found
   # 64 KB hold any of the examples; more only makes every run slower. A unit may not take longer
   # than ten seconds or more than 2 GB.
-  if "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -max_len=65536 -timeout=10 \
+  if "build/sanitize/fuzz/fuzz_$target" -max_total_time="$seconds" -max_len=65536 -timeout=10 \
     -rss_limit_mb=2048 -print_final_stats=1 -dict="fuzz/dict/$words.dict" \
     -artifact_prefix="build/fuzz/found/$target-" "$units" "${seeds[@]}" >"$log" 2>&1; then
     echo "$target: $(sed -n 's/^stat::number_of_executed_units: */executions /p' "$log")" \
