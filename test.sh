@@ -4,7 +4,7 @@
 #   ./test.sh              all stages
 #   ./test.sh --quick      format, scripts, manual pages, and the release build with its tests
 #   ./test.sh --coverage   all stages, then line and branch coverage of the tests
-#   ./test.sh --analyse    all stages, then clang-tidy and cppcheck over every source
+#   ./test.sh --analyse    all stages, then clang-tidy over sources and tests, and cppcheck
 #   ./test.sh --portable   all stages, then the core and its tests with libc++, as 32-bit x86 and as
 #                          WebAssembly under node
 #   ./test.sh --web        all stages, then the page: needs emscripten (800 MB), which it installs

@@ -81,6 +81,7 @@ void requirePrinted(const std::string& piece, const std::string& cell) {
 void requireNumbers(const std::string& cell) {
   const double expected = std::strtod(cell.c_str(), nullptr);
   const double value = parseDouble(cell);
+  // The very bits, those of -0 and nan too. NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
   require(std::memcmp(&value, &expected, sizeof value) == 0, "numbers as strtod reads them");
   require(parseInt(cell) == clampedInt(cell), "integers as strtol reads them, clamped");
   if (cell.size() >= sizeof(float)) {
@@ -113,7 +114,7 @@ void requireFormatParsed(const std::string& text, int conversions) {
 
 /// First line a column's conversion, the rest a cell: printed as the C library prints it.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
+  const std::string text(fuzzing::textOf(data, size));
   const std::size_t end = std::min(text.find('\n'), text.size());
   const std::string piece = text.substr(0, end);
   const std::string cell = text.substr(std::min(end + 1, text.size()));

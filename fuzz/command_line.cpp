@@ -10,10 +10,10 @@ using fuzzing::require;
 
 /// Any bytes as arguments, one a line: accepted names and tidy values, or one plain refusal.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  std::vector<std::string> arguments =
-      fuzzing::linesOf({reinterpret_cast<const char*>(data), size});
+  std::vector<std::string> arguments = fuzzing::linesOf(fuzzing::textOf(data, size));
   arguments.insert(arguments.begin(), "citrans");
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size());
   for (std::string& argument : arguments) {
     pointers.push_back(argument.data());
   }

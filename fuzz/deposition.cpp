@@ -68,7 +68,7 @@ void requireImported(const Imported& imported) {
 
 /// Any bytes as a deposition: a table with a map, or one line that says why not; and its contents.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  const std::string_view bytes(fuzzing::textOf(data, size));
   try {
     require(!depositionContents(bytes, name).empty(), "a deposition has contents");
     requireImported(importDeposition(bytes, name, {"", "", "", true}));

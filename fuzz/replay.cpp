@@ -28,7 +28,7 @@ int main(int argc, char** argv) {
     // On standard output at once: the last name shown is the seed that did not pass.
     std::printf("%s (%zu bytes)\n", path.c_str(), text.size());
     std::fflush(stdout);
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+    LLVMFuzzerTestOneInput(fuzzing::bytesOf(text), text.size());
   }
   std::printf("%zu seeds\n", files.size());
   return files.empty() ? 1 : 0;

@@ -49,7 +49,7 @@ void requireGeometry(PDB& structure, int residue) {
 
 /// Any bytes as a coordinate file: read or out of range, and every angle of it sensible.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const std::string_view text(fuzzing::textOf(data, size));
   PDB structure;
   const fuzzing::Outcome outcome = fuzzing::run([&] { structure.loadText(text, "any"); });
   require((outcome.end == fuzzing::End::outOfRange) == hasShortAtomLine(text),

@@ -66,7 +66,7 @@ void requireFit(const FittedStructure& fitted, const std::string& letters) {
 /// Any bytes as a structure: a chain fitted to its own sequence and to another, or one line that
 /// says why not.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  const std::string_view bytes(fuzzing::textOf(data, size));
   try {
     const Structure structure = readStructure(bytes, fileName);
     requireModels(structure.models);

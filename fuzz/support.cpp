@@ -8,6 +8,14 @@
 
 namespace fuzzing {
 
+std::string_view textOf(const std::uint8_t* data, std::size_t size) {
+  return {reinterpret_cast<const char*>(data), size}; // NOLINT(*-reinterpret-cast)
+}
+
+const std::uint8_t* bytesOf(std::string_view text) {
+  return reinterpret_cast<const std::uint8_t*>(text.data()); // NOLINT(*-reinterpret-cast)
+}
+
 void require(bool holds, const char* what) {
   if (!holds) {
     std::fprintf(stderr, "does not hold: %s\n", what);

@@ -14,6 +14,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace fuzzing {
 
+/// The bytes of a fuzzer as text, and a text as its bytes.
+std::string_view textOf(const std::uint8_t* data, std::size_t size);
+const std::uint8_t* bytesOf(std::string_view text);
+
 /// Ends the process, with `what` on the real standard error, unless `holds`.
 void require(bool holds, const char* what);
 

@@ -127,7 +127,7 @@ void requireSequence(const GDB& table) {
 
 /// Any bytes as a table file: the reader finds what the grammar says, and ends as it says.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const std::string_view text(fuzzing::textOf(data, size));
   Model model;
   for (const std::string& line : fuzzing::linesOf(text)) {
     if (!model.ended()) {

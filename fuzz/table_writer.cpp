@@ -58,7 +58,7 @@ bool cutsSequence(const std::string& written) {
 
 /// Any bytes as a table file: what is written is read back the same and written the same again.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
+  const std::string text(fuzzing::textOf(data, size));
   GDB first;
   if (fuzzing::run([&] { first.loadText(text); }).end != fuzzing::End::returned) {
     return 0;

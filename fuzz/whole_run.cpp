@@ -60,7 +60,7 @@ void requireSummary(const GDB& summary) {
 /// Any bytes as the input table of a whole run over the database: a run that returns has a summary
 /// of likelihoods that can be written and read, and messages stay plain text.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
+  const std::string text(fuzzing::textOf(data, size));
   std::string printed;
   CITRANS run = database();
   run.out = run.errors = [&printed](std::string_view line) { printed += line; };
