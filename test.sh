@@ -125,9 +125,12 @@ build_and_test() {
 }
 
 # What users run, with the tests and warnings as errors.
-test_release() {
+build_release() {
   cmake --preset release -DCITRANS_TESTS=ON -DCITRANS_WERROR=ON || return 1
-  cmake --build --preset release --parallel "$cores" || return 1
+  cmake --build --preset release --parallel "$cores"
+}
+
+test_release() {
   ctest --preset release --no-tests=error --parallel "$cores"
 }
 
@@ -179,10 +182,11 @@ fi
 stage format check_format
 stage scripts check_scripts
 stage manuals check_manuals
-stage release test_release
+stage release build_release
 stage listing scripts/readme-listing.sh --check
 # What needs the release build, one after the other.
 run_beside() {
+  run_stage tests test_release
   run_stage tutorial scripts/tutorial.sh --check
   run_stage package packaging/test.sh
   run_stage m32 test_m32
@@ -203,14 +207,17 @@ if [[ $quick == no ]]; then
   JOBS="$cores" stage fuzz fuzz/run.sh 3
   wait "$beside" || true
   trap - INT
-  for name in tutorial package m32 notices; do
+  for name in tests tutorial package m32 notices; do
     report_stage "$name"
   done
   if [[ $web == yes ]]; then
     report_stage web
   fi
-elif [[ $web == yes ]]; then
-  stage web tests/web/run.sh build/release
+else
+  stage tests test_release
+  if [[ $web == yes ]]; then
+    stage web tests/web/run.sh build/release
+  fi
 fi
 if [[ $analyse == yes ]]; then
   stage tidy run_tidy
