@@ -130,7 +130,7 @@ END
 wheel_is_made() {
   CITRANS_BUILD=$sources/build/release "$python" -m pip wheel --quiet --disable-pip-version-check \
     --no-build-isolation --no-deps --no-index -w "$scratch/wheel" ./python &&
-    "$python" -m zipfile -e "$scratch"/wheel/citrans-*.whl "$scratch/wheel/root"
+    "$python" -m zipfile -e "$scratch"/wheel/citrans-*.whl "$scratch/unpacked"
 }
 typed_and_licensed() {
   local package=$1
@@ -147,9 +147,9 @@ if [[ -d $sources/build/release/python ]]; then
   cd "$sources"
   check "wheel" wheel_is_made
   cd "$scratch/elsewhere"
-  check "module of the wheel" predicts_from "$scratch/wheel/root"
-  check "files of the wheel" typed_and_licensed "$scratch/wheel/root/citrans" \
-    "$scratch"/wheel/root/citrans-*.dist-info/{LICENSE,NOTICES}
+  check "module of the wheel" predicts_from "$scratch/unpacked"
+  check "files of the wheel" typed_and_licensed "$scratch/unpacked/citrans" \
+    "$scratch"/unpacked/citrans-*.dist-info/{LICENSE,NOTICES}
 fi
 
 echo "$passed passed, $failed failed"
